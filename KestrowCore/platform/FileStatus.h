@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstdint>
+
+namespace kestrow {
+
+// What one lstat says of a path, in the units the measuring needs.
+struct FileStatus {
+    enum class Type { regular, directory, symbolicLink, other };
+
+    Type type = Type::other;
+    std::int64_t size = 0;          // file length in bytes
+    std::int64_t allocatedSize = 0; // blocks x 512
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+    std::uint64_t linkCount = 1;
+    std::int64_t accessedNanoseconds = 0; // since the Unix epoch
+    std::int64_t modifiedNanoseconds = 0;
+    std::uint32_t mode = 0; // permission bits
+
+    [[nodiscard]] bool isDirectory() const { return type == Type::directory; }
+    [[nodiscard]] bool isRegularFile() const { return type == Type::regular; }
+    [[nodiscard]] bool isSymbolicLink() const { return type == Type::symbolicLink; }
+};
+
+} // namespace kestrow

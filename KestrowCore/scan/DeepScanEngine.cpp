@@ -1,0 +1,205 @@
+#include "scan/DeepScanEngine.h"
+
+#include "support/PathText.h"
+
+#include <QDateTime>
+#include <QHash>
+#include <QUuid>
+
+#include <algorithm>
+
+namespace kestrow {
+
+namespace {
+
+const CategorySet& developerStageCategories()
+{
+    static const CategorySet set{StorageCategory::developerCache, StorageCategory::aiModelWeights,
+                                 StorageCategory::dockerVM, StorageCategory::xcodeArtifacts,
+                                 StorageCategory::strayDependencies};
+    return set;
+}
+
+const CategorySet& systemStageCategories()
+{
+    static const CategorySet set{StorageCategory::systemCaches, StorageCategory::systemLogs,
+                                 StorageCategory::crashReports, StorageCategory::mailDownloads,
+                                 StorageCategory::browserCaches};
+    return set;
+}
+
+CategorySet intersection(const CategorySet& a, const CategorySet& b)
+{
+    CategorySet result;
+    std::set_intersection(a.begin(), a.end(), b.begin(), b.end(), std::inserter(result, result.end()));
+    return result;
+}
+
+void checkCancellation(const std::stop_token& stop)
+{
+    if (stop.stop_requested())
+        throw CancellationError();
+}
+
+// Runs one stage; any failure but cancellation becomes a warning with the stage's prefix.
+template <typename Stage>
+void runStage(const char* prefix, QStringList& warnings, Stage&& stage)
+{
+    try {
+        stage();
+    } catch (const CancellationError&) {
+        throw;
+    } catch (const KestrowError& error) {
+        warnings.append(QLatin1String(prefix) + error.description());
+    } catch (const std::exception& error) {
+        warnings.append(QLatin1String(prefix) + QString::fromLocal8Bit(error.what()));
+    }
+}
+
+std::optional<QDateTime> later(const std::optional<QDateTime>& a, const std::optional<QDateTime>& b)
+{
+    if (!a)
+        return b;
+    if (!b)
+        return a;
+    return std::max(*a, *b);
+}
+
+DiscoveredItem merge(const DiscoveredItem& existing, const DiscoveredItem& incoming)
+{
+    const bool incomingLeads = incoming.riskTier > existing.riskTier ||
+                               (incoming.riskTier == existing.riskTier &&
+                                existing.allocatedSizeBytes < incoming.allocatedSizeBytes);
+    const DiscoveredItem& primary = incomingLeads ? incoming : existing;
+    const DiscoveredItem& secondary = incomingLeads ? existing : incoming;
+    return DiscoveredItem{
+        .id = primary.id,
+        .path = primary.path,
+        .category = primary.category,
+        .riskTier = std::max(existing.riskTier, incoming.riskTier),
+        .logicalSizeBytes = std::max(existing.logicalSizeBytes, incoming.logicalSizeBytes),
+        .allocatedSizeBytes = std::max(existing.allocatedSizeBytes, incoming.allocatedSizeBytes),
+        .fileCount = std::max(existing.fileCount, incoming.fileCount),
+        .lastAccessedDate = later(existing.lastAccessedDate, incoming.lastAccessedDate),
+        .lastModifiedDate = later(existing.lastModifiedDate, incoming.lastModifiedDate),
+        .isOrphaned = existing.isOrphaned && incoming.isOrphaned,
+        .isLocked = existing.isLocked || incoming.isLocked,
+        .requiresFullDiskAccess = existing.requiresFullDiskAccess || incoming.requiresFullDiskAccess,
+        .itemDescription = primary.itemDescription,
+        .ruleId = primary.ruleId ? primary.ruleId : secondary.ruleId,
+    };
+}
+
+} // namespace
+
+DeepScanEngine::DeepScanEngine(Options options)
+    : m_homeURL(std::move(options.homeURL))
+    , m_applicationsURLs(options.applicationsURLs.value_or(DeveloperTargets::defaultApplicationsURLs(m_homeURL)))
+    , m_fileManager(options.fileManager ? std::move(options.fileManager) : std::make_shared<FileManager>())
+    , m_ruleRegistry(std::move(options.ruleRegistry))
+    , m_isProcessRunning(std::move(options.isProcessRunning))
+    , m_thermalGovernor(options.thermalGovernor ? std::move(options.thermalGovernor)
+                                                : std::make_shared<ThermalGovernor>())
+    , m_developerTargets({.homeURL = m_homeURL,
+                          .applicationsURLs = m_applicationsURLs,
+                          .projectRoots = std::move(options.projectRoots),
+                          .fileManager = m_fileManager,
+                          .ruleRegistry = m_ruleRegistry,
+                          .isProcessRunning = m_isProcessRunning,
+                          .riskClassifier = {}})
+    , m_systemTargets({.homeURL = m_homeURL,
+                       .fileManager = m_fileManager,
+                       .ruleRegistry = m_ruleRegistry,
+                       .riskClassifier = {}})
+{
+}
+
+ScanResult DeepScanEngine::scan(const std::optional<CategorySet>& categories, const ScanProgressCallback& progress,
+                                std::stop_token stop)
+{
+    std::lock_guard operation(m_operation);
+    const QDateTime startedAt = QDateTime::currentDateTimeUtc();
+    const QUuid scanId = QUuid::createUuid();
+    CategorySet requested;
+    if (categories && !categories->empty()) {
+        requested = *categories;
+    } else {
+        const auto all = StorageCategory::allCases();
+        requested.insert(all.begin(), all.end());
+    }
+
+    std::vector<DiscoveredItem> items;
+    QStringList warnings;
+    ThermalGovernor& governor = *m_thermalGovernor;
+    checkCancellation(stop);
+    governor.checkpoint(stop);
+
+    const CategorySet developer = intersection(requested, developerStageCategories());
+    if (!developer.empty()) {
+        checkCancellation(stop);
+        governor.checkpoint(stop);
+        runStage("Developer targets scan error: ", warnings, [&] {
+            auto found = governor.withPermit(stop, [&] { return m_developerTargets.scan(developer, progress, stop); });
+            items.insert(items.end(), found.begin(), found.end());
+        });
+    }
+
+    const CategorySet system = intersection(requested, systemStageCategories());
+    if (!system.empty()) {
+        checkCancellation(stop);
+        governor.checkpoint(stop);
+        runStage("System targets scan error: ", warnings, [&] {
+            auto outcome = governor.withPermit(stop, [&] { return m_systemTargets.scan(system, progress, stop); });
+            items.insert(items.end(), outcome.items.begin(), outcome.items.end());
+            warnings.append(outcome.warnings);
+        });
+    }
+
+    ScanResult result;
+    result.scanId = scanId;
+    result.startedAt = startedAt;
+    result.items = deduplicate(items);
+    result.summary = ScanSummary::from(result.items);
+    result.warnings = warnings;
+    result.scannedCategories.assign(requested.begin(), requested.end());
+    std::sort(result.scannedCategories.begin(), result.scannedCategories.end(),
+              [](StorageCategory a, StorageCategory b) { return a.rawValue() < b.rawValue(); });
+    result.completedAt = QDateTime::currentDateTimeUtc();
+    result.durationSeconds = static_cast<double>(startedAt.msecsTo(result.completedAt)) / 1000.0;
+    return result;
+}
+
+std::unique_ptr<ScanEventStream> DeepScanEngine::scanStream(const std::optional<CategorySet>& categories)
+{
+    return std::make_unique<ScanEventStream>(
+        [this, categories](const std::function<void(ScanProgressEvent)>& yield, std::stop_token stop) {
+            const ScanResult result =
+                scan(categories, [&yield](const ScanProgress& progress) { yield({progress}); }, stop);
+            for (const DiscoveredItem& item : result.items)
+                yield({item});
+            yield({result});
+        });
+}
+
+std::vector<DiscoveredItem> DeepScanEngine::deduplicate(const std::vector<DiscoveredItem>& items)
+{
+    std::vector<DiscoveredItem> merged;
+    QHash<QString, size_t> indexByKey;
+    merged.reserve(items.size());
+    for (const DiscoveredItem& item : items) {
+        const QString key = PathText::removingDotComponents(item.path);
+        const auto found = indexByKey.constFind(key);
+        if (found == indexByKey.constEnd()) {
+            indexByKey.insert(key, merged.size());
+            merged.push_back(item);
+        } else {
+            merged[*found] = merge(merged[*found], item);
+        }
+    }
+    std::stable_sort(merged.begin(), merged.end(), [](const DiscoveredItem& a, const DiscoveredItem& b) {
+        return a.allocatedSizeBytes > b.allocatedSizeBytes;
+    });
+    return merged;
+}
+
+} // namespace kestrow

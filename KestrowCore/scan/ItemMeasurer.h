@@ -1,0 +1,32 @@
+#pragma once
+
+#include "platform/FileManager.h"
+#include "scan/MeasuredMetrics.h"
+
+#include <QString>
+
+#include <functional>
+#include <stop_token>
+
+namespace kestrow {
+
+// Measures locations with the one walker: hard links counted once by device and inode,
+// links never entered, hidden files counted, allocated size from the block count.
+// Never fails: what cannot be seen measures as less, or as nothing.
+class ItemMeasurer {
+public:
+    // Decides whether an unreadable folder below a location means that Full Disk Access is
+    // missing; absent, unreadable folders leave no trace.
+    using PermissionErrorTest = std::function<bool(int errorCode)>;
+
+    explicit ItemMeasurer(const FileManager& fileManager, PermissionErrorTest isPermissionError = {});
+
+    [[nodiscard]] MeasuredMetrics measureItem(const QString& path, std::stop_token stop = {}) const;
+    [[nodiscard]] MeasuredMetrics measureSingleFile(const QString& path) const;
+
+private:
+    const FileManager& m_fileManager;
+    PermissionErrorTest m_isPermissionError;
+};
+
+} // namespace kestrow

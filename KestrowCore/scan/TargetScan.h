@@ -1,0 +1,56 @@
+#pragma once
+
+#include "safety/RiskClassificationResult.h"
+#include "scan/ItemMeasurer.h"
+#include "storage/DiscoveredItem.h"
+#include "storage/ScanProgress.h"
+
+#include <functional>
+#include <optional>
+#include <stop_token>
+#include <vector>
+
+namespace kestrow {
+
+// Gives an item found at a location its tier (and possibly a rule id).
+using ClassifyFunction =
+    std::function<RiskClassificationResult(const QString& path, StorageCategory category, bool isOrphaned)>;
+
+// One call of a target scanner: the shape every known location shares. A location is
+// measured, a location with content is classified and emitted as an item, and a progress
+// report for that item follows.
+class TargetScan {
+public:
+    TargetScan(const ItemMeasurer& measurer, const ClassifyFunction& classify, const ScanProgressCallback& progress,
+               std::stop_token stop);
+
+    struct Location {
+        QString path;
+        StorageCategory category;
+        QString description;
+        std::optional<QString> defaultRuleId;
+        bool isOrphaned = false;
+        bool isLocked = false;
+    };
+
+    [[nodiscard]] MeasuredMetrics measure(const QString& path) const { return m_measurer.measureItem(path, m_stop); }
+    // Emits the location with metrics already taken.
+    void emit(const Location& location, const MeasuredMetrics& metrics);
+    // Measures and emits the location if it has content; returns whether it did.
+    bool emitIfContent(const Location& location);
+
+    // Throws CancellationError once the scan has been asked to stop.
+    void checkCancellation() const;
+
+    [[nodiscard]] const std::vector<DiscoveredItem>& items() const { return m_items; }
+    [[nodiscard]] std::vector<DiscoveredItem> takeItems() { return std::move(m_items); }
+
+private:
+    const ItemMeasurer& m_measurer;
+    const ClassifyFunction& m_classify;
+    const ScanProgressCallback& m_progress;
+    std::stop_token m_stop;
+    std::vector<DiscoveredItem> m_items;
+};
+
+} // namespace kestrow

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace kestrow {
+
+// Path text operations shared by every subsystem. Paths are compared as text after
+// standardising; "~" is expanded against the home given to each operation, never against
+// the process environment.
+class PathText {
+public:
+    // Drops empty, "." and ".." components (".." removes the one before it; at the root it
+    // stays at the root) and any trailing slash. Links are not resolved.
+    [[nodiscard]] static QString removingDotComponents(const QString& path);
+    // "~" and "~/..." against `home`; other text unchanged.
+    [[nodiscard]] static QString expandingTilde(const QString& path, const QString& home);
+    // `base` + "/" + `component`, with exactly one slash between them.
+    [[nodiscard]] static QString appending(const QString& base, const QString& component);
+    [[nodiscard]] static QString lastComponent(const QString& path);
+    [[nodiscard]] static QString parent(const QString& path);
+    // Absolute file URL text, percent-encoded, as records carry it in JSON.
+    [[nodiscard]] static QString fileURLString(const QString& path);
+    // The path of an absolute file URL text; empty when it is not one.
+    [[nodiscard]] static QString pathFromFileURLString(const QString& url);
+};
+
+} // namespace kestrow

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <QString>
+
+#include <functional>
+#include <string>
+
+namespace kestrow::cli {
+
+enum ExitCode : int { exitSuccess = 0, exitFailure = 1, exitUsage = 2 };
+
+// Thrown by a command for a request that cannot be carried out as asked: exit status 2.
+class UsageError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+// The `kestrow` command line: one CLI11 application, each command registered by its own
+// `setup...Command` function, and the exit status the command chose.
+class CommandLine {
+public:
+    CommandLine();
+
+    [[nodiscard]] CLI::App& app() { return m_app; }
+    // Registers what a subcommand does; its result becomes the exit status.
+    void onRun(CLI::App* subcommand, std::function<int()> action);
+
+    int run(int argc, char** argv);
+
+private:
+    CLI::App m_app;
+    int m_exitCode = exitSuccess;
+};
+
+// Options most commands share.
+void addHomeOption(CLI::App* command, std::string& home);
+void addJsonFlag(CLI::App* command, bool& json);
+// The home to work on: the option's value if given (made absolute), else the user's home.
+[[nodiscard]] QString resolveHome(const std::string& option);
+
+void printOut(const QString& text); // standard output, UTF-8, as given
+void printOut(const QByteArray& bytes);
+void printError(const QString& text); // standard error, a newline added
+[[nodiscard]] bool standardErrorIsTerminal();
+[[nodiscard]] bool standardInputIsTerminal();
+
+} // namespace kestrow::cli

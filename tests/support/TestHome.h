@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QTemporaryDir>
+
+#include <cstdint>
+
+namespace kestrow::test {
+
+// A throw-away home for one test. It also points the process's XDG data, config and cache
+// locations inside itself, so that nothing a test does reaches the real home, Trash or
+// preferences. Paths given to the helpers are relative to the home.
+class TestHome {
+public:
+    TestHome();
+    ~TestHome();
+    TestHome(const TestHome&) = delete;
+    TestHome& operator=(const TestHome&) = delete;
+
+    [[nodiscard]] const QString& path() const { return m_path; }
+    [[nodiscard]] QString path(const QString& relative) const;
+
+    // Creates the folder and its parents; returns its absolute path.
+    QString makeDirectory(const QString& relative) const;
+    // Writes `size` bytes (parents created); returns its absolute path.
+    QString writeFile(const QString& relative, std::int64_t size) const;
+    QString writeFile(const QString& relative, const QByteArray& content) const;
+    QString makeSymbolicLink(const QString& relative, const QString& target) const;
+    QString makeHardLink(const QString& relative, const QString& existingRelative) const;
+
+    // True when permission bits refuse nothing for this process (root, as in CI).
+    [[nodiscard]] static bool permissionsAreIgnored();
+
+private:
+    QTemporaryDir m_directory;
+    QString m_path;
+    QByteArray m_savedData;
+    QByteArray m_savedConfig;
+    QByteArray m_savedCache;
+};
+
+} // namespace kestrow::test
