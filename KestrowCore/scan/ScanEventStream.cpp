@@ -12,7 +12,8 @@ ScanEventStream::ScanEventStream(Producer producer)
             error = std::current_exception();
         }
         std::lock_guard lock(m_mutex);
-        m_error = error;
+        if (!m_cancelled)
+            m_error = error;
         m_finished = true;
         m_ready.notify_all();
     });
@@ -26,6 +27,8 @@ ScanEventStream::~ScanEventStream()
 void ScanEventStream::push(ScanProgressEvent event)
 {
     std::lock_guard lock(m_mutex);
+    if (m_cancelled)
+        return;
     m_events.push_back(std::move(event));
     m_ready.notify_one();
 }
@@ -33,7 +36,7 @@ void ScanEventStream::push(ScanProgressEvent event)
 std::optional<ScanProgressEvent> ScanEventStream::next()
 {
     std::unique_lock lock(m_mutex);
-    m_ready.wait(lock, [this] { return !m_events.empty() || m_finished; });
+    m_ready.wait(lock, [this] { return !m_events.empty() || m_finished || m_cancelled; });
     if (!m_events.empty()) {
         ScanProgressEvent event = std::move(m_events.front());
         m_events.pop_front();
@@ -49,6 +52,11 @@ std::optional<ScanProgressEvent> ScanEventStream::next()
 void ScanEventStream::cancel()
 {
     m_thread.request_stop();
+    std::lock_guard lock(m_mutex);
+    m_cancelled = true;
+    m_events.clear();
+    m_error = nullptr;
+    m_ready.notify_all();
 }
 
 } // namespace kestrow

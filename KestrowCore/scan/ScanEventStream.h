@@ -27,8 +27,8 @@ public:
     ScanEventStream(const ScanEventStream&) = delete;
     ScanEventStream& operator=(const ScanEventStream&) = delete;
 
-    // The next event, waiting for it; nothing once the stream has finished. A stream that
-    // ended with an error rethrows it here, after the events before it.
+    // The next event, waiting for it; nothing once the stream has finished or was cancelled.
+    // A stream that ended with an error rethrows it here, after the events before it.
     [[nodiscard]] std::optional<ScanProgressEvent> next();
     void cancel();
 
@@ -39,6 +39,7 @@ private:
     std::condition_variable m_ready;
     std::deque<ScanProgressEvent> m_events;
     bool m_finished = false;
+    bool m_cancelled = false; // the consumer has ended the stream: nothing more is delivered
     std::exception_ptr m_error;
     std::jthread m_thread; // last, so that it stops and joins before the rest goes
 };
