@@ -1,0 +1,79 @@
+#!/usr/bin/env python3
+"""Builds a synthetic developer home for benchmarks: by default about 200,000 files in 20,000
+folders below the caches that `kestrow scan` measures, a mix of small and large files, with
+hard links and symbolic links. The same seed gives the same tree."""
+
+import argparse
+import os
+import random
+import sys
+
+# Cache roots and the share of the tree each holds. Every root is a location the scanners
+# measure, so that `du -s` over the roots and the scan walk the same files.
+ROOTS = [
+    (".cache/uv/wheels-v1", 0.30),
+    (".cache/uv/archive-v0", 0.30),
+    (".cache/uv/builds-v0", 0.15),
+    (".cache/uv/sdists-v2", 0.15),
+    (".cache/uv/simple-v12", 0.10),
+]
+
+
+def file_size(rng):
+    roll = rng.random()
+    if roll < 0.001:
+        return rng.randint(1 << 20, 4 << 20)  # large: 1-4 MiB
+    if roll < 0.05:
+        return rng.randint(8 << 10, 128 << 10)  # medium
+    return rng.randint(0, 8 << 10)  # small, empty ones included
+
+
+def write(path, size):
+    with open(path, "wb") as f:
+        if size:
+            f.write(b"k" * size)
+
+
+def build(home, files, folders, seed):
+    rng = random.Random(seed)
+    files_per_folder = max(1, files // folders)
+    made_files = made_folders = links = hard_links = 0
+    for root, share in ROOTS:
+        root_folders = max(1, int(folders * share))
+        for i in range(root_folders):
+            # Two levels below the root: package/version, like real caches.
+            folder = os.path.join(home, root, f"pkg{i // 20:04d}", f"v{i % 20:02d}")
+            os.makedirs(folder, exist_ok=True)
+            made_folders += 1
+            previous = None
+            for j in range(files_per_folder):
+                path = os.path.join(folder, f"f{j:02d}.bin" if j % 7 else f".hidden{j:02d}")
+                if previous and rng.random() < 0.01:
+                    os.link(previous, path)
+                    hard_links += 1
+                else:
+                    write(path, file_size(rng))
+                    previous = path
+                made_files += 1
+            if rng.random() < 0.02:
+                # A link to the root's top: never entered, adds nothing.
+                os.symlink(os.path.join(home, root), os.path.join(folder, "loop"))
+                links += 1
+    return made_files, made_folders, hard_links, links
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("home", help="folder to create (must not exist)")
+    parser.add_argument("--files", type=int, default=200_000)
+    parser.add_argument("--folders", type=int, default=20_000)
+    parser.add_argument("--seed", type=int, default=7)
+    args = parser.parse_args()
+    if os.path.exists(args.home):
+        sys.exit(f"{args.home} exists; remove it or choose another folder")
+    counts = build(args.home, args.files, args.folders, args.seed)
+    print("files %d, folders %d, hard links %d, symbolic links %d" % counts)
+
+
+if __name__ == "__main__":
+    main()
