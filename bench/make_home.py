@@ -11,11 +11,22 @@ import sys
 # Cache roots and the share of the tree each holds. Every root is a location the scanners
 # measure, so that `du -s` over the roots and the scan walk the same files.
 ROOTS = [
-    (".cache/uv/wheels-v1", 0.30),
-    (".cache/uv/archive-v0", 0.30),
-    (".cache/uv/builds-v0", 0.15),
-    (".cache/uv/sdists-v2", 0.15),
-    (".cache/uv/simple-v12", 0.10),
+    (".cache/uv/wheels-v1", 0.15),
+    (".cache/uv/archive-v0", 0.15),
+    (".cache/uv/builds-v0", 0.08),
+    (".cache/uv/sdists-v2", 0.07),
+    (".cache/uv/simple-v12", 0.05),
+    (".cache/huggingface/hub/models--meta-llama--Llama-3-8B", 0.06),
+    (".ollama/models", 0.04),
+    (".cache/lm-studio/models/lmstudio-community/Meta-Llama-3-8B-Instruct-GGUF", 0.03),
+    (".cache/vllm", 0.03),
+    ("Library/Developer/Xcode/DerivedData/Kestrow-bqzfmkhwxzbtpf", 0.08),
+    ("Library/Developer/CoreSimulator/Caches", 0.04),
+    ("node_modules", 0.06),
+    ("Library/Caches/com.spotify.client", 0.04),
+    ("Library/Logs/JetBrains", 0.03),
+    ("Library/Caches/Google/Chrome", 0.05),
+    ("Library/Caches/Firefox/Profiles", 0.04),
 ]
 
 
@@ -65,10 +76,14 @@ def build(home, files, folders, seed):
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("home", help="folder to create (must not exist)")
+    parser.add_argument("--print-roots", action="store_true", help="print the cache roots below HOME and stop")
     parser.add_argument("--files", type=int, default=200_000)
     parser.add_argument("--folders", type=int, default=20_000)
     parser.add_argument("--seed", type=int, default=7)
     args = parser.parse_args()
+    if args.print_roots:
+        print("\n".join(os.path.join(args.home, root) for root, _ in ROOTS))
+        return
     if os.path.exists(args.home):
         sys.exit(f"{args.home} exists; remove it or choose another folder")
     counts = build(args.home, args.files, args.folders, args.seed)

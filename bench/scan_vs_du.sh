@@ -13,10 +13,10 @@ if [ ! -x "$kestrow" ]; then
 fi
 [ -d "$home" ] || python3 "$here/make_home.py" "$home"
 
-files=$(find "$home/.cache/uv" -type f | wc -l)
-echo "tree: $files regular files, $(find "$home/.cache/uv" -type d | wc -l) folders"
-echo "du -s (1K blocks):      $(du -s "$home/.cache/uv" | cut -f1)"
-echo "kestrow allocated bytes: $("$kestrow" scan --home "$home" --json | python3 -c 'import json,sys; print(json.load(sys.stdin)["summary"]["totalAllocatedBytes"])')"
+mapfile -t roots < <(python3 "$here/make_home.py" --print-roots "$home")
+echo "tree: $(find "${roots[@]}" -type f | wc -l) regular files, $(find "${roots[@]}" -type d | wc -l) folders"
+echo "du -s (1K blocks, folders' own blocks included): $(du -cs "${roots[@]}" | tail -1 | cut -f1)"
+echo "kestrow allocated bytes (files only):            $("$kestrow" scan --home "$home" --json | python3 -c 'import json,sys; print(json.load(sys.stdin)["summary"]["totalAllocatedBytes"])')"
 python3 "$here/timing.py" "$runs" \
   "kestrow=$kestrow scan --home $home --json" \
-  "du=du -s $home/.cache/uv"
+  "du=du -s ${roots[*]}"

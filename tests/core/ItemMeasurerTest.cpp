@@ -1,3 +1,4 @@
+#include "RefusingFileManager.h"
 #include "TestHome.h"
 
 #include "scan/ItemMeasurer.h"
@@ -7,26 +8,9 @@
 #include <cerrno>
 
 using namespace kestrow;
+using kestrow::test::RefusingFileManager;
 using kestrow::test::TestHome;
 
-namespace {
-
-// Refuses to open chosen folders, as a folder without read permission would for anyone but root.
-class RefusingFileManager : public FileManager {
-public:
-    explicit RefusingFileManager(QString refused) : m_refused(std::move(refused)) {}
-
-    void walk(const QString& root, WalkSink& sink, std::stop_token stop) const override
-    {
-        FileManager::walk(root, sink, stop);
-        sink.unreadableDirectory(m_refused, EACCES);
-    }
-
-private:
-    QString m_refused;
-};
-
-} // namespace
 
 TEST(ItemMeasurer, CountsHardLinksOnceAndNeverEntersLinks)
 {
@@ -82,8 +66,10 @@ TEST(ItemMeasurer, UnreadableFoldersFlagFullDiskAccessOnlyWhenAsked)
     const QString logs = home.path(QStringLiteral("logs"));
     const auto isPermissionError = [](int error) { return error == EACCES || error == EPERM; };
 
-    const RefusingFileManager refusing(home.path(QStringLiteral("logs/locked")));
-    EXPECT_TRUE(ItemMeasurer(refusing, isPermissionError).measureItem(logs).requiresFullDiskAccess);
+    const RefusingFileManager refusing({home.path(QStringLiteral("logs/locked"))});
+    const MeasuredMetrics refused = ItemMeasurer(refusing, isPermissionError).measureItem(logs);
+    EXPECT_TRUE(refused.requiresFullDiskAccess);
+    EXPECT_EQ(refused.fileCount, 1) << "the walk goes on past the refused folder";
     EXPECT_FALSE(ItemMeasurer(refusing).measureItem(logs).requiresFullDiskAccess);
 
     if (TestHome::permissionsAreIgnored())

@@ -1,36 +1,19 @@
+#include "RefusingFileManager.h"
 #include "TestHome.h"
 
 #include "scan/DeveloperTargets.h"
 
 #include <gtest/gtest.h>
 
-#include <cerrno>
 #include <string>
 
 using namespace kestrow;
+using kestrow::test::RefusingFileManager;
 using kestrow::test::TestHome;
 
 namespace {
 
 // Refuses to list one folder, as an unreadable folder would for anyone but root.
-class RefusingFileManager : public FileManager {
-public:
-    explicit RefusingFileManager(QString refused)
-        : m_refused(std::move(refused))
-    {
-    }
-
-    DirectoryListing contentsOfDirectory(const QString& path, bool skipHidden) const override
-    {
-        if (path == m_refused)
-            return {.entries = {}, .errorCode = EACCES};
-        return FileManager::contentsOfDirectory(path, skipHidden);
-    }
-
-private:
-    QString m_refused;
-};
-
 std::vector<DiscoveredItem> scanCaches(const TestHome& home,
                                        std::shared_ptr<const FileManager> fileManager = {},
                                        std::optional<QStringList> projectRoots = {})
@@ -141,8 +124,8 @@ TEST(PackageCacheTargets, FallsBackToTheRootOnlyWhereNoKnownFolderIsThere)
         home.makeDirectory(QStringLiteral(".npm"));
         home.makeDirectory(QStringLiteral(".gradle/unknown"));
         home.writeFile(QStringLiteral("Library/Caches/Homebrew/downloads/x.tar.gz"), 10);
-        EXPECT_EQ(lines(home, scanCaches(home, std::make_shared<RefusingFileManager>(home.path(
-                                                   QStringLiteral("Library/Caches/Homebrew/downloads"))))),
+        EXPECT_EQ(lines(home, scanCaches(home, std::make_shared<RefusingFileManager>(QStringList{
+                                                   home.path(QStringLiteral("Library/Caches/Homebrew/downloads"))}))),
                   (std::vector<std::string>{
                       ".npm | npm Package Cache | dev.npm.cache",
                       "Library/Caches/Homebrew/downloads | Homebrew Download Cache | dev.homebrew.cache",

@@ -44,10 +44,25 @@ DirectoryListing RefusingFileManager::contentsOfDirectory(const QString& path, b
 
 void RefusingFileManager::walk(const QString& root, WalkSink& sink, std::stop_token stop) const
 {
-    if (isRefused(root))
+    if (isRefused(root)) {
         sink.unreadableDirectory(root, EACCES);
-    else
+        return;
+    }
+    bool holdsRefused = false;
+    for (const QString& folder : m_refused)
+        holdsRefused = holdsRefused || folder.startsWith(root + QLatin1Char('/'));
+    if (!holdsRefused) {
         FileManager::walk(root, sink, std::move(stop));
+        return;
+    }
+    // A slow walk, one level at a time, so that refused folders below the root are seen.
+    for (const DirectoryEntry& entry : FileManager::contentsOfDirectory(root, false).entries) {
+        const QString path = root + QLatin1Char('/') + entry.name;
+        if (entry.isDirectory)
+            walk(path, sink, stop);
+        else if (const auto status = FileManager::status(path); status && status->isRegularFile())
+            sink.regularFile(*status);
+    }
 }
 
 } // namespace kestrow::test

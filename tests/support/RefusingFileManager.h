@@ -8,8 +8,7 @@ namespace kestrow::test {
 
 // The disk as a user without permission on chosen folders sees it, for tests that run as root
 // (where permission bits refuse nothing): each refused folder exists, but listing or walking it
-// fails with EACCES, and what lies below it can't be seen. A refused folder below the root of
-// a walk is walked as usual, so keep refused folders out of locations that are measured whole.
+// fails with EACCES, and what lies below it can't be seen, also inside a walk.
 class RefusingFileManager : public FileManager {
 public:
     explicit RefusingFileManager(QStringList refusedFolders);
