@@ -1,6 +1,8 @@
 #include "platform/FileManager.h"
 
+#include <QDir>
 #include <QFile>
+#include <QStandardPaths>
 
 #include <algorithm>
 #include <cerrno>
@@ -8,6 +10,7 @@
 #include <fcntl.h>
 #include <string>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace kestrow {
@@ -120,6 +123,63 @@ private:
     std::stop_token m_stop;
 };
 
+// Deletes what the open folder `fd` holds, depth first, without following links. Returns 0,
+// or the errno of the first entry that would not go, with its path in `failedPath`.
+int removeContents(int fd, std::string& path, std::string& failedPath)
+{
+    DIR* directory = ::fdopendir(fd);
+    if (!directory) {
+        const int error = errno;
+        ::close(fd);
+        failedPath = path;
+        return error;
+    }
+    const int dirFd = ::dirfd(directory);
+    int error = 0;
+    // Some file systems skip entries when a folder changes while it is read, so the folder is
+    // read again until a pass finds nothing left.
+    bool removedAny = true;
+    while (error == 0 && removedAny) {
+        removedAny = false;
+        ::rewinddir(directory);
+        errno = 0;
+        while (const dirent* entry = ::readdir(directory)) {
+            const char* name = entry->d_name;
+            if (name[0] == '.' && (name[1] == 0 || (name[1] == '.' && name[2] == 0)))
+                continue;
+            bool isDirectory = entry->d_type == DT_DIR;
+            if (entry->d_type == DT_UNKNOWN) {
+                struct stat info;
+                isDirectory = ::fstatat(dirFd, name, &info, AT_SYMLINK_NOFOLLOW) == 0 && S_ISDIR(info.st_mode);
+            }
+            const size_t mark = path.size();
+            path.push_back('/');
+            path.append(name);
+            if (isDirectory) {
+                const int child = openDirectoryAt(dirFd, name);
+                error = child < 0 ? errno : removeContents(child, path, failedPath);
+            }
+            // Something that vanished meanwhile is gone already.
+            if (error == 0 && ::unlinkat(dirFd, name, isDirectory ? AT_REMOVEDIR : 0) != 0 && errno != ENOENT)
+                error = errno;
+            if (error != 0) {
+                if (failedPath.empty())
+                    failedPath = path;
+                break;
+            }
+            removedAny = true;
+            path.resize(mark);
+            errno = 0;
+        }
+        if (error == 0 && errno != 0) {
+            error = errno;
+            failedPath = path;
+        }
+    }
+    ::closedir(directory);
+    return error;
+}
+
 } // namespace
 
 std::optional<FileStatus> FileManager::status(const QString& path, bool followLinks) const
@@ -189,6 +249,58 @@ void FileManager::walk(const QString& root, WalkSink& sink, std::stop_token stop
         return;
     }
     Walker(sink, std::move(stop)).walkDirectory(fd, path);
+}
+
+FileOperationResult FileManager::trashItem(const QString& path) const
+{
+#if !defined(__APPLE__)
+    // Qt files an item under the working folder when it cannot set up the home Trash, and
+    // calls that a success. So the home Trash is made sure of first; a fresh account may not
+    // even have the data folder it lives in.
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    const QString homeTrash = data + QStringLiteral("/Trash");
+    const auto ownerOnly = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
+    QDir folders;
+    const auto ensure = [&](const QString& folder) {
+        return folders.exists(folder) || folders.mkdir(folder, ownerOnly);
+    };
+    if (!QDir::isAbsolutePath(data) || !folders.mkpath(data) || !ensure(homeTrash) ||
+        !ensure(homeTrash + QStringLiteral("/files")) || !ensure(homeTrash + QStringLiteral("/info")))
+        return {false, std::nullopt,
+                QStringLiteral("The Trash folder %1 could not be set up.").arg(homeTrash)};
+#endif
+    QFile item(path);
+    if (!item.moveToTrash())
+        return {false, std::nullopt, item.errorString()};
+    return {true, item.fileName(), {}};
+}
+
+FileOperationResult FileManager::removeItem(const QString& path) const
+{
+    std::string native = QFile::encodeName(path).toStdString();
+    std::string failedPath;
+    int error = 0;
+    struct stat info;
+    if (::lstat(native.c_str(), &info) != 0) {
+        error = errno;
+    } else if (S_ISDIR(info.st_mode)) {
+        int fd;
+        do {
+            fd = ::open(native.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+        } while (fd < 0 && errno == EINTR);
+        error = fd < 0 ? errno : removeContents(fd, native, failedPath);
+        if (error == 0 && ::rmdir(native.c_str()) != 0)
+            error = errno;
+    } else if (::unlink(native.c_str()) != 0) {
+        error = errno;
+    }
+    if (error == 0)
+        return {true, std::nullopt, {}};
+    const QString failed =
+        failedPath.empty() ? path : QFile::decodeName(QByteArray::fromStdString(failedPath));
+    return {false, std::nullopt,
+            QStringLiteral("Could not remove \u201c%1\u201d: %2")
+                .arg(failed, QString::fromStdString(std::generic_category().message(error)))};
 }
 
 } // namespace kestrow

@@ -32,6 +32,13 @@ struct DirectoryListing {
     [[nodiscard]] bool ok() const { return errorCode == 0; }
 };
 
+// What a call that changes the disk did. On failure `errorDescription` is the system's text.
+struct FileOperationResult {
+    bool succeeded = false;
+    std::optional<QString> resultingPath; // where a trashed item went, when the platform says
+    QString errorDescription;
+};
+
 // All file system access of the core goes through one of these, handed in at construction,
 // so that tests can inject refusals that bite even for root. The default is the real disk.
 class FileManager {
@@ -47,6 +54,13 @@ public:
     // Every regular file below `root`, hidden ones included, never entering a symbolic link.
     // Stops early, quietly, when `stop` is requested.
     virtual void walk(const QString& root, WalkSink& sink, std::stop_token stop = {}) const;
+    // Moves the item (a link itself, never what it leads to) to the user's Trash, from where
+    // the desktop can put it back: the freedesktop.org Trash on Linux, the Finder's on macOS.
+    // Never deletes instead.
+    [[nodiscard]] virtual FileOperationResult trashItem(const QString& path) const;
+    // Deletes the item for good, a folder with all it holds; links are removed, not followed.
+    // Stops at the first thing that cannot go and names it.
+    [[nodiscard]] virtual FileOperationResult removeItem(const QString& path) const;
 };
 
 } // namespace kestrow

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace kestrow {
+
+// What kind of run an audit line records. The text is the form in the line and in the hash.
+// The pipeline writes dryRun, trash and purge; scan and restore are read but never written.
+class AuditOperationType {
+public:
+    enum Value : int { scan, dryRun, trash, purge, restore };
+
+    constexpr AuditOperationType(Value value)
+        : m_value(value) {}
+    constexpr operator Value() const { return m_value; }
+
+    [[nodiscard]] QString text() const;
+    // Exact and case-sensitive.
+    [[nodiscard]] static std::optional<AuditOperationType> fromText(const QString& text);
+
+private:
+    Value m_value;
+};
+
+} // namespace kestrow

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "cleanup/AuditLogger.h"
+#include "cleanup/TrashItemRecord.h"
+#include "cleanup/TrashPipelineError.h"
+#include "cleanup/TrashSummary.h"
+#include "platform/FileManager.h"
+#include "scan/MeasuredMetrics.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+
+namespace kestrow {
+
+// The only road by which anything leaves its place. Each path is checked by the sandbox,
+// measured, and then moved to the Trash (or, on an explicit and confirmed purge, deleted),
+// one after another; every path gets a record whatever happens, and every run leaves one
+// line in the audit log when the pipeline has a logger. Nothing falls back from the Trash to
+// deletion. Immutable; a run cannot be paused or cancelled once begun.
+class TrashPipeline {
+public:
+    struct Options {
+        std::shared_ptr<const FileManager> fileManager;
+        std::shared_ptr<AuditLogger> auditLogger; // absent: the run leaves no trace in the log
+        QString homeURL;                          // the home the sandbox guards; empty: the user's
+    };
+
+    explicit TrashPipeline(Options options = {});
+
+    // Moves every path to the Trash, or with `dryRun` only checks and measures it. Throws
+    // TrashPipelineError::emptyTargetList, before anything is touched or logged.
+    TrashSummary trash(const QStringList& urls, bool dryRun, const QString& client) const;
+    // Deletes every path for good. Throws unconfirmedPermanentPurge unless `confirmed`, then
+    // emptyTargetList. There is no dry form.
+    TrashSummary purgePermanently(const QStringList& urls, bool confirmed, const QString& client) const;
+
+    // One path from sandbox check to outcome. Never throws.
+    [[nodiscard]] TrashItemRecord processItem(const QString& path, bool dryRun, bool permanentPurge) const;
+    // Allocated and logical bytes and regular files of a path, links not followed below it.
+    // Unlike a scan's measure, a file linked twice in a folder counts twice. An absent path
+    // measures 0 files, an empty folder 1.
+    [[nodiscard]] MeasuredMetrics computeItemMetrics(const QString& path) const;
+
+private:
+    TrashSummary run(const QStringList& urls, bool dryRun, bool permanentPurge, const QString& client) const;
+    [[nodiscard]] MeasuredMetrics getFileSize(const QString& path) const;
+
+    std::shared_ptr<const FileManager> m_fileManager;
+    std::shared_ptr<AuditLogger> m_auditLogger;
+    QString m_homeURL;
+};
+
+} // namespace kestrow

@@ -1,0 +1,168 @@
+#include "KestrowChild.h"
+#include "KestrowProcess.h"
+#include "TestHome.h"
+#include "TrashInsideTestHome.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QThread>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+using namespace kestrow::test;
+
+namespace {
+
+QStringList withHome(const TestHome& home, QStringList arguments) {
+    arguments << QStringLiteral("--home") << home.path();
+    return arguments;
+}
+
+} // namespace
+
+TEST(CleanCommand, DryRunThenTrashThenRefusedPurge) {
+    TestHome home;
+    TrashInsideTestHome trash(home);
+    const QString cache = home.writeFile(QStringLiteral(".cache/app/blob"), 5000);
+    const QString secret = home.writeFile(QStringLiteral(".ssh/id_ed25519"), 400);
+
+    const KestrowRun dry = runKestrow(
+        withHome(home, {QStringLiteral("clean"), QStringLiteral("--dry-run"), QStringLiteral("--json"),
+                        home.path(QStringLiteral(".cache/app")), secret}));
+    EXPECT_EQ(dry.exitCode, 1) << "one item failed";
+    EXPECT_TRUE(dry.out.startsWith(QStringLiteral("{\n  \"operationId\" : \"")));
+    EXPECT_TRUE(dry.out.contains(QStringLiteral("\"isDryRun\" : true")));
+    EXPECT_TRUE(dry.out.contains(QStringLiteral("\"status\" : \"SIMULATED\"")));
+    EXPECT_TRUE(dry.out.contains(QStringLiteral("targets protected user directory '.ssh'")));
+    EXPECT_TRUE(QFileInfo::exists(cache));
+
+    const KestrowRun moved =
+        runKestrow(withHome(home, {QStringLiteral("clean"), QStringLiteral("~/.cache/app")}));
+    EXPECT_EQ(moved.exitCode, 0) << moved.err.toStdString();
+    EXPECT_TRUE(moved.out.contains(QStringLiteral("Moved 1 item to the Trash: 8 KB freed.")));
+    EXPECT_TRUE(QFileInfo::exists(trash.filesFolder() + QStringLiteral("/app/blob")));
+    EXPECT_FALSE(QFileInfo::exists(cache));
+
+    const KestrowRun unconfirmed =
+        runKestrow(withHome(home, {QStringLiteral("clean"), QStringLiteral("--permanent"), secret}));
+    EXPECT_EQ(unconfirmed.exitCode, 2);
+    EXPECT_TRUE(unconfirmed.err.contains(QStringLiteral("add --yes to confirm")));
+    EXPECT_TRUE(QFileInfo::exists(secret));
+
+    const KestrowRun log = runKestrow(withHome(home, {QStringLiteral("audit"), QStringLiteral("log")}));
+    EXPECT_TRUE(log.out.contains(QStringLiteral("dry_run")));
+    EXPECT_TRUE(log.out.contains(QStringLiteral("  trash ")));
+    const KestrowRun verified = runKestrow(
+        withHome(home, {QStringLiteral("audit"), QStringLiteral("verify"), QStringLiteral("--json")}));
+    EXPECT_EQ(verified.exitCode, 0);
+    EXPECT_EQ(verified.out, QStringLiteral("{\n  \"isValid\" : true,\n  \"totalEntries\" : 2\n}\n"));
+}
+
+TEST(CleanCommand, KilledMidRunLeavesEveryItemWholeAndTheLogVerifiable) {
+    TestHome home;
+    TrashInsideTestHome trash(home);
+    QStringList arguments = withHome(home, {QStringLiteral("clean")});
+    QStringList items;
+    for (int i = 0; i < 1000; ++i) {
+        items.append(home.writeFile(QStringLiteral(".cache/batch/item%1").arg(i), 100));
+        arguments.append(items.last());
+    }
+    ASSERT_EQ(runKestrow(withHome(home, {QStringLiteral("clean"),
+                                         home.writeFile(QStringLiteral(".cache/first/x"), 10)}))
+                  .exitCode,
+              0);
+
+    const auto child = startKestrow(arguments);
+    QElapsedTimer waited;
+    waited.start();
+    while (QDir(trash.filesFolder()).count() < 2 + 50 && waited.elapsed() < 60000)
+        QThread::msleep(2);
+    ::kill(static_cast<pid_t>(child->processId()), SIGKILL);
+    child->waitForFinished();
+    EXPECT_EQ(child->exitStatus(), QProcess::CrashExit);
+
+    int inTrash = 0;
+    for (const QString& item : items) {
+        const QFileInfo trashed(trash.filesFolder() + QLatin1Char('/') + QFileInfo(item).fileName());
+        EXPECT_NE(QFileInfo::exists(item), trashed.exists()) << item.toStdString();
+        if (trashed.exists()) {
+            EXPECT_EQ(trashed.size(), 100);
+            ++inTrash;
+        }
+    }
+    EXPECT_GT(inTrash, 0);
+    EXPECT_LT(inTrash, items.size()) << "the run ended before it could be stopped";
+
+    const KestrowRun afterCrash =
+        runKestrow(withHome(home, {QStringLiteral("audit"), QStringLiteral("verify")}));
+    EXPECT_EQ(afterCrash.exitCode, 0) << afterCrash.out.toStdString();
+    EXPECT_TRUE(afterCrash.out.contains(QStringLiteral("1 entries")));
+    const KestrowRun rest =
+        runKestrow(withHome(home, {QStringLiteral("clean"), home.path(QStringLiteral(".cache/batch"))}));
+    EXPECT_EQ(rest.exitCode, 0);
+    EXPECT_TRUE(runKestrow(withHome(home, {QStringLiteral("audit"), QStringLiteral("verify")}))
+                    .out.contains(QStringLiteral("2 entries")));
+}
+
+TEST(SweepCommand, AsksForConsentThenMovesOnlySafeItems) {
+    TestHome home;
+    TrashInsideTestHome trash(home);
+    const QString wheel = home.writeFile(QStringLiteral(".cache/uv/wheels/a.whl"), 5000);
+
+    const KestrowRun refused = runKestrow(withHome(home, {QStringLiteral("sweep")}));
+    EXPECT_EQ(refused.exitCode, 2);
+    EXPECT_TRUE(refused.err.contains(QStringLiteral("pass --yes to go ahead, or --dry-run")));
+
+    const KestrowRun dry = runKestrow(withHome(home, {QStringLiteral("sweep"), QStringLiteral("--dry-run")}));
+    EXPECT_EQ(dry.exitCode, 0);
+    EXPECT_TRUE(dry.out.contains(home.path(QStringLiteral(".cache/uv/wheels"))));
+    EXPECT_TRUE(dry.out.contains(QStringLiteral("would go to the Trash. Nothing was moved.")));
+    EXPECT_TRUE(QFileInfo::exists(wheel));
+
+    const KestrowRun swept = runKestrow(withHome(home, {QStringLiteral("sweep"), QStringLiteral("--yes")}));
+    EXPECT_TRUE(swept.out.contains(QStringLiteral("Moved 1 item to the Trash: 8 KB freed.")))
+        << swept.out.toStdString();
+    EXPECT_TRUE(QFileInfo::exists(trash.filesFolder() + QStringLiteral("/wheels/a.whl")));
+    EXPECT_FALSE(QFileInfo::exists(wheel));
+}
+
+TEST(AuditCommand, ReportsTheBrokenLineAndAnUnreadableLog) {
+    TestHome home;
+    TrashInsideTestHome trash(home);
+    for (const char* name : {".cache/a/x", ".cache/b/x"}) {
+        const QStringList arguments{QStringLiteral("clean"), QStringLiteral("--dry-run"),
+                                    home.writeFile(QLatin1String(name), 10)};
+        ASSERT_EQ(runKestrow(withHome(home, arguments)).exitCode, 0);
+    }
+    const QString log = home.path(QStringLiteral(".kestrow/audit.jsonl"));
+    QFile file(log);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    QByteArray text = file.readAll();
+    ASSERT_TRUE(text.contains("\\/a\\/x\"]"));
+    text.replace("\\/a\\/x\"]", "\\/c\\/x\"]");
+    file.resize(0);
+    file.write(text);
+    file.close();
+
+    const KestrowRun broken = runKestrow(
+        withHome(home, {QStringLiteral("audit"), QStringLiteral("verify"), QStringLiteral("--json")}));
+    EXPECT_EQ(broken.exitCode, 1);
+    EXPECT_TRUE(broken.out.contains(QStringLiteral("\"tamperedLineIndex\" : 0")));
+    EXPECT_TRUE(
+        broken.out.contains(QStringLiteral("Rolling hash mismatch at line 1. Content was modified.")));
+
+    file.open(QIODevice::Append);
+    file.write("not json\n");
+    file.close();
+    for (const char* sub : {"verify", "log"}) {
+        const KestrowRun unreadable =
+            runKestrow(withHome(home, {QStringLiteral("audit"), QLatin1String(sub)}));
+        EXPECT_EQ(unreadable.exitCode, 1);
+        EXPECT_TRUE(
+            unreadable.err.startsWith(QStringLiteral("kestrow: Failed to parse audit log at line 3: ")))
+            << unreadable.err.toStdString();
+    }
+}
