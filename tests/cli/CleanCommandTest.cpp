@@ -1,7 +1,6 @@
 #include "KestrowChild.h"
 #include "KestrowProcess.h"
 #include "TestHome.h"
-#include "TrashInsideTestHome.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -25,7 +24,6 @@ QStringList withHome(const TestHome& home, QStringList arguments) {
 
 TEST(CleanCommand, DryRunThenTrashThenRefusedPurge) {
     TestHome home;
-    TrashInsideTestHome trash(home);
     const QString cache = home.writeFile(QStringLiteral(".cache/app/blob"), 5000);
     const QString secret = home.writeFile(QStringLiteral(".ssh/id_ed25519"), 400);
 
@@ -43,7 +41,7 @@ TEST(CleanCommand, DryRunThenTrashThenRefusedPurge) {
         runKestrow(withHome(home, {QStringLiteral("clean"), QStringLiteral("~/.cache/app")}));
     EXPECT_EQ(moved.exitCode, 0) << moved.err.toStdString();
     EXPECT_TRUE(moved.out.contains(QStringLiteral("Moved 1 item to the Trash: 8 KB freed.")));
-    EXPECT_TRUE(QFileInfo::exists(trash.filesFolder() + QStringLiteral("/app/blob")));
+    EXPECT_TRUE(QFileInfo::exists(home.trashFilesFolder() + QStringLiteral("/app/blob")));
     EXPECT_FALSE(QFileInfo::exists(cache));
 
     const KestrowRun unconfirmed =
@@ -63,7 +61,6 @@ TEST(CleanCommand, DryRunThenTrashThenRefusedPurge) {
 
 TEST(CleanCommand, KilledMidRunLeavesEveryItemWholeAndTheLogVerifiable) {
     TestHome home;
-    TrashInsideTestHome trash(home);
     QStringList arguments = withHome(home, {QStringLiteral("clean")});
     QStringList items;
     for (int i = 0; i < 1000; ++i) {
@@ -78,7 +75,7 @@ TEST(CleanCommand, KilledMidRunLeavesEveryItemWholeAndTheLogVerifiable) {
     const auto child = startKestrow(arguments);
     QElapsedTimer waited;
     waited.start();
-    while (QDir(trash.filesFolder()).count() < 2 + 50 && waited.elapsed() < 60000)
+    while (QDir(home.trashFilesFolder()).count() < 2 + 50 && waited.elapsed() < 60000)
         QThread::msleep(2);
     ::kill(static_cast<pid_t>(child->processId()), SIGKILL);
     child->waitForFinished();
@@ -86,7 +83,7 @@ TEST(CleanCommand, KilledMidRunLeavesEveryItemWholeAndTheLogVerifiable) {
 
     int inTrash = 0;
     for (const QString& item : items) {
-        const QFileInfo trashed(trash.filesFolder() + QLatin1Char('/') + QFileInfo(item).fileName());
+        const QFileInfo trashed(home.trashFilesFolder() + QLatin1Char('/') + QFileInfo(item).fileName());
         EXPECT_NE(QFileInfo::exists(item), trashed.exists()) << item.toStdString();
         if (trashed.exists()) {
             EXPECT_EQ(trashed.size(), 100);
@@ -109,7 +106,6 @@ TEST(CleanCommand, KilledMidRunLeavesEveryItemWholeAndTheLogVerifiable) {
 
 TEST(SweepCommand, AsksForConsentThenMovesOnlySafeItems) {
     TestHome home;
-    TrashInsideTestHome trash(home);
     const QString wheel = home.writeFile(QStringLiteral(".cache/uv/wheels/a.whl"), 5000);
 
     const KestrowRun refused = runKestrow(withHome(home, {QStringLiteral("sweep")}));
@@ -125,13 +121,12 @@ TEST(SweepCommand, AsksForConsentThenMovesOnlySafeItems) {
     const KestrowRun swept = runKestrow(withHome(home, {QStringLiteral("sweep"), QStringLiteral("--yes")}));
     EXPECT_TRUE(swept.out.contains(QStringLiteral("Moved 1 item to the Trash: 8 KB freed.")))
         << swept.out.toStdString();
-    EXPECT_TRUE(QFileInfo::exists(trash.filesFolder() + QStringLiteral("/wheels/a.whl")));
+    EXPECT_TRUE(QFileInfo::exists(home.trashFilesFolder() + QStringLiteral("/wheels/a.whl")));
     EXPECT_FALSE(QFileInfo::exists(wheel));
 }
 
 TEST(AuditCommand, ReportsTheBrokenLineAndAnUnreadableLog) {
     TestHome home;
-    TrashInsideTestHome trash(home);
     for (const char* name : {".cache/a/x", ".cache/b/x"}) {
         const QStringList arguments{QStringLiteral("clean"), QStringLiteral("--dry-run"),
                                     home.writeFile(QLatin1String(name), 10)};

@@ -1,5 +1,4 @@
 #include "TestHome.h"
-#include "TrashInsideTestHome.h"
 
 #include "cleanup/TrashPipeline.h"
 
@@ -11,7 +10,6 @@
 
 using namespace kestrow;
 using kestrow::test::TestHome;
-using kestrow::test::TrashInsideTestHome;
 
 namespace {
 
@@ -40,7 +38,6 @@ std::int64_t allocatedSize(const QString& path) {
 
 TEST(TrashPipeline, MixedBatchGivesOneRecordPerPathInOrderAndTrashesInsideTheTestHome) {
     TestHome home;
-    TrashInsideTestHome trash(home);
     const QString forbidden = home.writeFile(QStringLiteral("Documents/thesis.tex"), 100);
     const QString missing = home.path(QStringLiteral(".cache/gone/x"));
     const QString good = home.makeDirectory(QStringLiteral(".cache/app"));
@@ -68,9 +65,9 @@ TEST(TrashPipeline, MixedBatchGivesOneRecordPerPathInOrderAndTrashesInsideTheTes
 
     EXPECT_TRUE(QFileInfo::exists(forbidden));
     EXPECT_FALSE(QFileInfo::exists(good));
-    EXPECT_EQ(records[2].trashPath, trash.filesFolder() + QStringLiteral("/app"));
-    EXPECT_TRUE(QFileInfo::exists(trash.filesFolder() + QStringLiteral("/app/sub/b")));
-    QFile info(trash.infoFolder() + QStringLiteral("/app.trashinfo"));
+    EXPECT_EQ(records[2].trashPath, home.trashFilesFolder() + QStringLiteral("/app"));
+    EXPECT_TRUE(QFileInfo::exists(home.trashFilesFolder() + QStringLiteral("/app/sub/b")));
+    QFile info(home.trashInfoFolder() + QStringLiteral("/app.trashinfo"));
     ASSERT_TRUE(info.open(QIODevice::ReadOnly));
     EXPECT_TRUE(info.readAll().contains("Path=" + QFile::encodeName(good)));
 
@@ -189,7 +186,6 @@ TEST(TrashPipeline, RefusedTrashNeverFallsBackAndAnUnwritableLogChangesNothing) 
 TEST(TrashPipeline, ATrashThatCannotBeSetUpLeavesTheItemInPlace)
 {
     TestHome home;
-    TrashInsideTestHome trash(home);
     const QString item = home.writeFile(QStringLiteral(".cache/app/blob"), 100);
     // The data folder the home Trash lives in sits below a regular file: it cannot exist.
     const QString data = home.writeFile(QStringLiteral("plain"), 1) + QStringLiteral("/share");

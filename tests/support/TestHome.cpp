@@ -45,6 +45,7 @@ TestHome::TestHome()
         throw std::runtime_error("cannot create a temporary home");
     // Canonical, so that paths the code resolves compare equal to the ones tests build.
     m_path = QFileInfo(m_directory.path()).canonicalFilePath();
+    m_savedHome = replaceVariable("HOME", m_path);
     m_savedData = replaceVariable("XDG_DATA_HOME", path(QStringLiteral(".local/share")));
     m_savedConfig = replaceVariable("XDG_CONFIG_HOME", path(QStringLiteral(".config")));
     m_savedCache = replaceVariable("XDG_CACHE_HOME", path(QStringLiteral(".cache")));
@@ -52,6 +53,7 @@ TestHome::TestHome()
 
 TestHome::~TestHome()
 {
+    restoreVariable("HOME", m_savedHome);
     restoreVariable("XDG_DATA_HOME", m_savedData);
     restoreVariable("XDG_CONFIG_HOME", m_savedConfig);
     restoreVariable("XDG_CACHE_HOME", m_savedCache);

@@ -8,9 +8,11 @@
 
 namespace kestrow::test {
 
-// A throw-away home for one test. It also points the process's XDG data, config and cache
-// locations inside itself, so that nothing a test does reaches the real home, Trash or
-// preferences. Paths given to the helpers are relative to the home.
+// A throw-away home for one test. It also points the process's HOME and its XDG data, config
+// and cache locations inside itself, so that nothing a test does reaches the real home, Trash
+// or preferences: the platform Trash files an item in the home Trash only when the item lies
+// on the same file system as HOME, so HOME must be here too. Paths given to the helpers are
+// relative to the home.
 class TestHome {
 public:
     TestHome();
@@ -20,6 +22,9 @@ public:
 
     [[nodiscard]] const QString& path() const { return m_path; }
     [[nodiscard]] QString path(const QString& relative) const;
+    // Where items this test moves to the Trash go, and their .trashinfo files.
+    [[nodiscard]] QString trashFilesFolder() const { return path(QStringLiteral(".local/share/Trash/files")); }
+    [[nodiscard]] QString trashInfoFolder() const { return path(QStringLiteral(".local/share/Trash/info")); }
 
     // Creates the folder and its parents; returns its absolute path.
     QString makeDirectory(const QString& relative) const;
@@ -35,6 +40,7 @@ public:
 private:
     QTemporaryDir m_directory;
     QString m_path;
+    QByteArray m_savedHome;
     QByteArray m_savedData;
     QByteArray m_savedConfig;
     QByteArray m_savedCache;
