@@ -1,6 +1,5 @@
 #include "scan/DeveloperTargets.h"
 
-#include "scan/CategoryDefaultClassifier.h"
 #include "scan/DefaultProcessChecker.h"
 #include "support/PathText.h"
 
@@ -12,7 +11,8 @@ DeveloperTargets::DeveloperTargets(Options options)
     , m_fileManager(options.fileManager ? std::move(options.fileManager) : std::make_shared<FileManager>())
     , m_isProcessRunning(options.isProcessRunning ? std::move(options.isProcessRunning) : defaultProcessChecker)
     , m_ruleRegistry(std::move(options.ruleRegistry))
-    , m_riskClassifier(options.riskClassifier ? std::move(options.riskClassifier) : categoryDefaultClassifier())
+    , m_riskClassifier(options.riskClassifier ? std::move(*options.riskClassifier)
+                                              : RiskClassifier(m_homeURL, m_ruleRegistry, m_fileManager))
     , m_measurer(*m_fileManager)
 {
     if (options.projectRoots) {
@@ -40,34 +40,65 @@ std::vector<DiscoveredItem> DeveloperTargets::scan(const CategorySet& categories
     if (categories.contains(StorageCategory::developerCache)) {
         scan.checkCancellation();
         scanUVCaches(scan);
+        scan.checkCancellation();
+        scanPackageManagerCaches(scan);
+        scan.checkCancellation();
+        scanHomebrewCaches(scan);
+        scan.checkCancellation();
+        scanGradleCaches(scan);
+        scan.checkCancellation();
+        scanGitWorktrees(scan);
+    }
+    if (categories.contains(StorageCategory::aiModelWeights)) {
+        scan.checkCancellation();
+        scanAIModelWeights(scan);
+    }
+    if (categories.contains(StorageCategory::dockerVM)) {
+        scan.checkCancellation();
+        scanDockerVMs(scan);
+    }
+    if (categories.contains(StorageCategory::xcodeArtifacts)) {
+        scan.checkCancellation();
+        scanXcodeArtifacts(scan);
+    }
+    if (categories.contains(StorageCategory::strayDependencies)) {
+        scan.checkCancellation();
+        scanStrayNodeModules(scan);
     }
     return scan.takeItems();
+}
+
+void DeveloperTargets::forEntriesOrWhole(
+    TargetScan& scan, const TargetScan::Location& whole,
+    const std::function<void(const DirectoryEntry& entry, const QString& path)>& forEntry, bool skipHidden) const
+{
+    if (!m_fileManager->fileExists(whole.path))
+        return;
+    const DirectoryListing listing = m_fileManager->contentsOfDirectory(whole.path, skipHidden);
+    if (!listing.ok() || listing.entries.empty()) {
+        scan.emitIfContent(whole);
+        return;
+    }
+    for (const DirectoryEntry& entry : listing.entries)
+        forEntry(entry, PathText::appending(whole.path, entry.name));
 }
 
 void DeveloperTargets::scanUVCaches(TargetScan& scan) const
 {
     const QString ruleId = QStringLiteral("dev.uv.cache");
     for (const char* relative : {".cache/uv", "Library/Caches/uv"}) {
-        const QString root = home(QLatin1String(relative));
-        if (!m_fileManager->fileExists(root))
-            continue;
-        const DirectoryListing listing = m_fileManager->contentsOfDirectory(root, true);
-        if (listing.ok() && !listing.entries.empty()) {
-            // Each cache folder is its own item; loose files at the top are not counted.
-            for (const DirectoryEntry& entry : listing.entries) {
-                if (!entry.isDirectory)
-                    continue;
-                scan.emitIfContent({.path = PathText::appending(root, entry.name),
+        const TargetScan::Location whole{.path = home(QLatin1String(relative)),
+                                         .category = StorageCategory::developerCache,
+                                         .description = QStringLiteral("uv Package and Wheel Archives"),
+                                         .defaultRuleId = ruleId};
+        // Each cache folder is its own item; loose files at the top are not counted.
+        forEntriesOrWhole(scan, whole, [&](const DirectoryEntry& entry, const QString& path) {
+            if (entry.isDirectory)
+                scan.emitIfContent({.path = path,
                                     .category = StorageCategory::developerCache,
                                     .description = QStringLiteral("uv Cache (") + entry.name + QLatin1Char(')'),
                                     .defaultRuleId = ruleId});
-            }
-        } else {
-            scan.emitIfContent({.path = root,
-                                .category = StorageCategory::developerCache,
-                                .description = QStringLiteral("uv Package and Wheel Archives"),
-                                .defaultRuleId = ruleId});
-        }
+        });
     }
 }
 

@@ -27,7 +27,7 @@ public:
         std::shared_ptr<const FileManager> fileManager;
         std::shared_ptr<RuleRegistry> ruleRegistry;
         std::function<bool(const QString&)> isProcessRunning; // default: defaultProcessChecker
-        ClassifyFunction riskClassifier;                    // default: the category's own tier
+        std::optional<RiskClassifier> riskClassifier; // default: on the same home, registry and file manager
     };
 
     explicit DeveloperTargets(Options options);
@@ -45,6 +45,26 @@ public:
 
 private:
     void scanUVCaches(TargetScan& scan) const;
+    // Package caches: DeveloperTargetsPackageCaches.cpp.
+    void scanPackageManagerCaches(TargetScan& scan) const;
+    void scanHomebrewCaches(TargetScan& scan) const;
+    void scanGradleCaches(TargetScan& scan) const;
+    void scanGitWorktrees(TargetScan& scan) const;
+    // Model stores, Docker disks, Xcode products, stray dependencies:
+    // DeveloperTargetsModelsAndTools.cpp.
+    void scanAIModelWeights(TargetScan& scan) const;
+    void scanDockerVMs(TargetScan& scan) const;
+    void scanXcodeArtifacts(TargetScan& scan) const;
+    void scanStrayNodeModules(TargetScan& scan) const;
+    [[nodiscard]] bool isDockerAppInstalled() const;
+    [[nodiscard]] bool isDockerDaemonRunning() const;
+
+    // If `whole.path` exists, lists it (hidden entries left out when `skipHidden`) and hands
+    // each entry with its path to `forEntry`; when the listing fails or is empty, the folder
+    // as a whole becomes the item `whole` if it has content.
+    void forEntriesOrWhole(TargetScan& scan, const TargetScan::Location& whole,
+                           const std::function<void(const DirectoryEntry& entry, const QString& path)>& forEntry,
+                           bool skipHidden = true) const;
 
     [[nodiscard]] QString home(const QString& relative) const;
 
@@ -54,7 +74,7 @@ private:
     std::shared_ptr<const FileManager> m_fileManager;
     std::function<bool(const QString&)> m_isProcessRunning;
     std::shared_ptr<RuleRegistry> m_ruleRegistry;
-    ClassifyFunction m_riskClassifier;
+    RiskClassifier m_riskClassifier;
     ItemMeasurer m_measurer;
 };
 

@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include <memory>
+#include <optional>
 #include <stop_token>
 #include <vector>
 
@@ -28,7 +29,7 @@ public:
         QString homeURL;
         std::shared_ptr<const FileManager> fileManager;
         std::shared_ptr<RuleRegistry> ruleRegistry;
-        ClassifyFunction riskClassifier; // default: the category's own tier
+        std::optional<RiskClassifier> riskClassifier; // default: on the same home, registry and file manager
     };
 
     explicit SystemTargets(Options options);
@@ -40,10 +41,32 @@ public:
     [[nodiscard]] const QString& homeURL() const { return m_homeURL; }
 
 private:
+    // Each sub-scan emits through `scan` and appends its warnings in the order they occur.
+    void scanUserCaches(TargetScan& scan, QStringList& warnings) const;
+    void scanUserLogs(TargetScan& scan, QStringList& warnings) const;
+    void scanCrashReports(TargetScan& scan, QStringList& warnings) const;
+    void scanMailDownloads(TargetScan& scan, QStringList& warnings) const;
+    void scanBrowserCaches(TargetScan& scan, QStringList& warnings) const;
+
+    // The entries of a location's top folder, hidden ones left out, whose description is its
+    // label. A refusal is reported; a folder that is missing or can't be read lists nothing.
+    [[nodiscard]] std::vector<DirectoryEntry> listTopFolder(TargetScan& scan, QStringList& warnings,
+                                                            const TargetScan::Location& location) const;
+    // Emits `location` as one item if it exists and can be listed; a refusal is reported
+    // instead, under the location's description.
+    void emitUnlessRefused(TargetScan& scan, QStringList& warnings, const TargetScan::Location& location) const;
+    // A location that refused to be listed: the warning naming `label`, and a stand-in item
+    // without sizes that says Full Disk Access is missing.
+    static void reportRefusal(TargetScan& scan, QStringList& warnings, const QString& label,
+                              const TargetScan::Location& location);
+
+    // Paths beginning with "/" stand as they are; others hang on the home.
+    [[nodiscard]] QString home(const QString& relative) const;
+
     QString m_homeURL;
     std::shared_ptr<const FileManager> m_fileManager;
     std::shared_ptr<RuleRegistry> m_ruleRegistry;
-    ClassifyFunction m_riskClassifier;
+    RiskClassifier m_riskClassifier;
     ItemMeasurer m_measurer;
 };
 

@@ -6,10 +6,10 @@
 
 namespace kestrow {
 
-TargetScan::TargetScan(const ItemMeasurer& measurer, const ClassifyFunction& classify,
+TargetScan::TargetScan(const ItemMeasurer& measurer, const RiskClassifier& riskClassifier,
                        const ScanProgressCallback& progress, std::stop_token stop)
     : m_measurer(measurer)
-    , m_classify(classify)
+    , m_riskClassifier(riskClassifier)
     , m_progress(progress)
     , m_stop(std::move(stop))
 {
@@ -18,7 +18,7 @@ TargetScan::TargetScan(const ItemMeasurer& measurer, const ClassifyFunction& cla
 void TargetScan::emit(const Location& location, const MeasuredMetrics& metrics)
 {
     const RiskClassificationResult classification =
-        m_classify(location.path, location.category, location.isOrphaned);
+        m_riskClassifier.classify(location.path, location.category, location.isOrphaned);
     DiscoveredItem item{
         .id = QUuid::createUuid(),
         .path = location.path,
@@ -35,6 +35,11 @@ void TargetScan::emit(const Location& location, const MeasuredMetrics& metrics)
         .itemDescription = location.description,
         .ruleId = classification.matchedRuleId ? classification.matchedRuleId : location.defaultRuleId,
     };
+    emitUnclassified(std::move(item));
+}
+
+void TargetScan::emitUnclassified(DiscoveredItem item)
+{
     if (m_progress)
         m_progress(ScanProgress{
             .currentCategory = item.category,

@@ -1,28 +1,23 @@
 #pragma once
 
-#include "safety/RiskClassificationResult.h"
+#include "safety/RiskClassifier.h"
 #include "scan/ItemMeasurer.h"
 #include "storage/DiscoveredItem.h"
 #include "storage/ScanProgress.h"
 
-#include <functional>
 #include <optional>
 #include <stop_token>
 #include <vector>
 
 namespace kestrow {
 
-// Gives an item found at a location its tier (and possibly a rule id).
-using ClassifyFunction =
-    std::function<RiskClassificationResult(const QString& path, StorageCategory category, bool isOrphaned)>;
-
 // One call of a target scanner: the shape every known location shares. A location is
 // measured, a location with content is classified and emitted as an item, and a progress
 // report for that item follows.
 class TargetScan {
 public:
-    TargetScan(const ItemMeasurer& measurer, const ClassifyFunction& classify, const ScanProgressCallback& progress,
-               std::stop_token stop);
+    TargetScan(const ItemMeasurer& measurer, const RiskClassifier& riskClassifier,
+               const ScanProgressCallback& progress, std::stop_token stop);
 
     struct Location {
         QString path;
@@ -38,6 +33,9 @@ public:
     void emit(const Location& location, const MeasuredMetrics& metrics);
     // Measures and emits the location if it has content; returns whether it did.
     bool emitIfContent(const Location& location);
+    // Emits an item the caller built itself, unmeasured and unclassified (a stand-in for a
+    // location that could not be read), with its progress report.
+    void emitUnclassified(DiscoveredItem item);
 
     // Throws CancellationError once the scan has been asked to stop.
     void checkCancellation() const;
@@ -47,7 +45,7 @@ public:
 
 private:
     const ItemMeasurer& m_measurer;
-    const ClassifyFunction& m_classify;
+    const RiskClassifier& m_riskClassifier;
     const ScanProgressCallback& m_progress;
     std::stop_token m_stop;
     std::vector<DiscoveredItem> m_items;

@@ -13,11 +13,28 @@ public:
     // Drops empty, "." and ".." components (".." removes the one before it; at the root it
     // stays at the root) and any trailing slash. Links are not resolved.
     [[nodiscard]] static QString removingDotComponents(const QString& path);
+    // The platform's standard form of a path: empty and "." components and a trailing slash
+    // dropped, ".." resolved in absolute paths only (kept in relative ones), and a leading
+    // "/private" dropped when the path without it exists. The empty string stays empty. A
+    // leading "~" is left as it is: callers expand it against their own home (expandingTilde).
+    [[nodiscard]] static QString standardizing(const QString& path);
+    // The path of the file location `path` names: relative text (the empty string included)
+    // taken against the process's working directory, then dot components removed as text.
+    [[nodiscard]] static QString standardizedLocation(const QString& path);
+    // `path` with every symbolic link in it followed, links within link targets too, reading
+    // the disk component by component. From the first component that cannot be examined (it
+    // does not exist, or a folder refuses) the rest stays as written, so a path without links
+    // comes back as it stands, dot components resolved as text. A leading "/private" is
+    // dropped as in `standardizing`. Relative text is taken against the working directory.
+    [[nodiscard]] static QString resolvingSymbolicLinks(const QString& path);
     // "~" and "~/..." against `home`; other text unchanged.
     [[nodiscard]] static QString expandingTilde(const QString& path, const QString& home);
     // `base` + "/" + `component`, with exactly one slash between them.
     [[nodiscard]] static QString appending(const QString& base, const QString& component);
     [[nodiscard]] static QString lastComponent(const QString& path);
+    // What follows the last "." of the last component; empty when there is none or when that
+    // dot opens the name (".bashrc").
+    [[nodiscard]] static QString pathExtension(const QString& path);
     [[nodiscard]] static QString parent(const QString& path);
     // Absolute file URL text, percent-encoded, as records carry it in JSON.
     [[nodiscard]] static QString fileURLString(const QString& path);

@@ -1,0 +1,128 @@
+#include "safety/GlobMatcher.h"
+
+#include "support/PathText.h"
+
+#include <QTextBoundaryFinder>
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+namespace kestrow {
+
+namespace {
+
+// The user-perceived characters of `text`, each in its decomposed form so that canonically
+// equivalent characters compare equal.
+std::vector<QString> characters(const QString& text)
+{
+    std::vector<QString> result;
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+    qsizetype start = 0;
+    while (finder.toNextBoundary() >= 0) {
+        const qsizetype end = finder.position();
+        result.push_back(text.mid(start, end - start).normalized(QString::NormalizationForm_D));
+        start = end;
+    }
+    return result;
+}
+
+// Printable ASCII: every character is a whole user-perceived character and has no other
+// canonical form, so the text can be scanned as it is. This is the common case of paths.
+bool isPlainAscii(QStringView text)
+{
+    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() >= 0x20 && c.unicode() < 0x7f; });
+}
+
+bool is(QChar character, char16_t wanted)
+{
+    return character == wanted;
+}
+
+bool is(const QString& character, char16_t wanted)
+{
+    return character.size() == 1 && character.at(0) == wanted;
+}
+
+// The single-backtrack scan over two sequences of characters.
+template <typename Sequence> bool wildcardScan(const Sequence& pattern, const Sequence& text)
+{
+    const auto patternSize = static_cast<size_t>(pattern.size());
+    const auto textSize = static_cast<size_t>(text.size());
+    size_t p = 0;
+    size_t t = 0;
+    std::optional<size_t> lastStar;
+    size_t savedText = 0;
+    while (t < textSize) {
+        // The literal test comes first: a "*" in the pattern meets a "*" in the text as itself.
+        if (p < patternSize && (is(pattern[p], u'?') || pattern[p] == text[t])) {
+            ++p;
+            ++t;
+        } else if (p < patternSize && is(pattern[p], u'*')) {
+            lastStar = p;
+            savedText = t;
+            ++p;
+        } else if (!lastStar) {
+            return false;
+        } else {
+            p = *lastStar + 1;
+            t = ++savedText;
+        }
+    }
+    while (p < patternSize && is(pattern[p], u'*'))
+        ++p;
+    return p == patternSize;
+}
+
+} // namespace
+
+bool GlobMatcher::matches(const QString& pattern, const QString& path, const QString& homeURL)
+{
+    const QStringList patternSegments = expandHome(pattern, homeURL).split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    const QStringList pathSegments = normalizePath(path).split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    return matchSegments(patternSegments, 0, pathSegments, 0);
+}
+
+QString GlobMatcher::expandHome(const QString& pattern, const QString& homeURL)
+{
+    const QString homePath = PathText::standardizing(homeURL);
+    if (pattern == QLatin1String("~"))
+        return homePath;
+    if (pattern.startsWith(QLatin1String("~/")))
+        return PathText::appending(homePath, pattern.mid(2));
+    return normalizePath(pattern);
+}
+
+QString GlobMatcher::normalizePath(const QString& path)
+{
+    const QString standardized = PathText::standardizing(path);
+    return standardized.isEmpty() ? QStringLiteral("/") : standardized;
+}
+
+bool GlobMatcher::matchSegments(const QStringList& pattern, qsizetype pIdx, const QStringList& path, qsizetype sIdx)
+{
+    const QLatin1String globstar("**");
+    if (pIdx == pattern.size() && sIdx == path.size())
+        return true;
+    if (sIdx == path.size())
+        return std::all_of(pattern.begin() + pIdx, pattern.end(), [&](const QString& s) { return s == globstar; });
+    if (pIdx == pattern.size())
+        return false;
+    if (pattern.at(pIdx) == globstar) {
+        // Zero or more whole segments, shortest first.
+        for (qsizetype next = sIdx; next <= path.size(); ++next)
+            if (matchSegments(pattern, pIdx + 1, path, next))
+                return true;
+        return false;
+    }
+    return matchWildcard(pattern.at(pIdx), path.at(sIdx)) && matchSegments(pattern, pIdx + 1, path, sIdx + 1);
+}
+
+bool GlobMatcher::matchWildcard(const QString& pattern, const QString& text)
+{
+    if (isPlainAscii(pattern) && isPlainAscii(text))
+        return wildcardScan(QStringView(pattern), QStringView(text));
+    return wildcardScan(characters(pattern), characters(text));
+}
+
+} // namespace kestrow

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace kestrow {
+
+// Decides whether a path falls under a rule's glob pattern. Both are split on "/" into
+// segments; "**" as a whole segment takes zero or more segments, "*" any run of characters
+// within one segment, "?" exactly one character. Case-sensitive; characters compare by
+// canonical equivalence; no escapes and no character classes. Stateless.
+class GlobMatcher {
+public:
+    [[nodiscard]] static bool matches(const QString& pattern, const QString& path, const QString& homeURL);
+    // "~" becomes the standardized home, "~/rest" the home joined with the rest (stars kept
+    // as written); any other pattern is standardized, the empty result becoming "/".
+    [[nodiscard]] static QString expandHome(const QString& pattern, const QString& homeURL);
+    // The standardized path, "/" when that is empty.
+    [[nodiscard]] static QString normalizePath(const QString& path);
+    // One pattern segment against one path segment, character by character (grapheme
+    // clusters), with the single-backtrack scan for "*".
+    [[nodiscard]] static bool matchWildcard(const QString& pattern, const QString& text);
+
+private:
+    static bool matchSegments(const QStringList& pattern, qsizetype pIdx, const QStringList& path, qsizetype sIdx);
+};
+
+} // namespace kestrow

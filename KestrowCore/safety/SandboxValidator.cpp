@@ -1,0 +1,211 @@
+#include "safety/SandboxValidator.h"
+
+#include "platform/PlatformSystemPaths.h"
+#include "rules/RuleDefinition.h"
+#include "support/PathText.h"
+
+#include <algorithm>
+
+namespace kestrow {
+
+namespace {
+
+// The leading entries of the system prefixes that have no exceptions.
+constexpr qsizetype unconditionalPrefixCount = 9;
+
+bool hasTraversalComponent(const QString& path)
+{
+    // A ".." component covers every traversal form: "/../" inside, "../" in front, "/.." at
+    // the end and ".." alone.
+    const auto components = QStringView(path).split(QLatin1Char('/'));
+    return std::any_of(components.begin(), components.end(),
+                       [](QStringView component) { return component == QLatin1String(".."); });
+}
+
+bool isInside(const QString& path, const QString& directory)
+{
+    return path == directory || path.startsWith(directory + QLatin1Char('/'));
+}
+
+// Lower-case prefix tests of the system check. `lowered` is the path in lower case.
+template <typename Text>
+bool isOrUnder(const QString& lowered, const Text& directory)
+{
+    return lowered == directory || lowered.startsWith(directory + QLatin1Char('/'));
+}
+
+} // namespace
+
+const QStringList& SandboxValidator::forbiddenSystemPrefixes()
+{
+    static const QStringList prefixes{
+        QStringLiteral("/System"),      QStringLiteral("/usr"),
+        QStringLiteral("/bin"),         QStringLiteral("/sbin"),
+        QStringLiteral("/Library"),     QStringLiteral("/etc"),
+        QStringLiteral("/private/etc"), QStringLiteral("/private/var/db"),
+        QStringLiteral("/dev"),         QStringLiteral("/private"),
+        QStringLiteral("/private/var"), QStringLiteral("/var"),
+        QStringLiteral("/Users"),       QStringLiteral("/Volumes"),
+    };
+    return prefixes;
+}
+
+const QStringList& SandboxValidator::forbiddenUserDirectories()
+{
+    static const QStringList directories{
+        QStringLiteral("Documents"),  QStringLiteral("Desktop"),
+        QStringLiteral("Pictures"),   QStringLiteral("Music"),
+        QStringLiteral("Movies"),     QStringLiteral(".ssh"),
+        QStringLiteral(".gnupg"),     QStringLiteral("Library/Keychains"),
+        QStringLiteral(".cargo/bin"), QStringLiteral(".local/bin"),
+    };
+    return directories;
+}
+
+void SandboxValidator::validate(const QString& path, const QString& homeURL)
+{
+    if (hasTraversalComponent(path))
+        throw SandboxSecurityError::directoryTraversalDetected(path);
+    const QString homePath = PathText::standardizing(homeURL);
+    const QString canonical = PathText::standardizedLocation(PathText::expandingTilde(path, homePath));
+    if (canonical == QLatin1String("/"))
+        throw SandboxSecurityError::rootDirectoryTargeted(canonical);
+    if (canonical == homePath)
+        throw SandboxSecurityError::homeDirectoryTargeted(canonical);
+    checkAllLists(canonical, homePath);
+
+    const QString resolved = PathText::removingDotComponents(PathText::resolvingSymbolicLinks(canonical));
+    if (resolved == canonical)
+        return;
+    if (resolved == QLatin1String("/"))
+        throw SandboxSecurityError::symlinkEscapedSandbox(canonical, resolved,
+                                                          QStringLiteral("Symlink points to root directory"));
+    if (resolved == homePath)
+        throw SandboxSecurityError::symlinkEscapedSandbox(canonical, resolved,
+                                                          QStringLiteral("Symlink points to home directory"));
+    try {
+        checkAllLists(resolved, homePath);
+    } catch (const SandboxSecurityError& inner) {
+        throw SandboxSecurityError::symlinkEscapedSandbox(canonical, resolved, inner.description());
+    }
+}
+
+void SandboxValidator::validatePattern(const QString& pattern, const std::optional<QString>& baseDirectory,
+                                       const QString& homeURL)
+{
+    if (pattern.contains(QLatin1String("..")))
+        throw SandboxSecurityError::directoryTraversalDetected(pattern);
+    const QString homePath = PathText::standardizing(homeURL);
+    const QString expanded =
+        baseDirectory ? PathText::appending(*baseDirectory, pattern) : PathText::expandingTilde(pattern, homePath);
+
+    qsizetype wildcard = -1;
+    for (qsizetype i = 0; i < expanded.size() && wildcard < 0; ++i)
+        if (QStringView(u"*?[]{}").contains(expanded.at(i)))
+            wildcard = i;
+    const QString stem = PathText::standardizing(wildcard < 0 ? expanded : expanded.left(wildcard));
+    if (stem.isEmpty() || stem == QLatin1String("/"))
+        throw SandboxSecurityError::wildcardTargetsForbiddenScope(pattern, QStringLiteral("Root filesystem"));
+    if (stem == homePath)
+        throw SandboxSecurityError::wildcardTargetsForbiddenScope(pattern, QStringLiteral("Entire home directory"));
+    if (wildcard < 0) {
+        validate(stem, homeURL);
+        return;
+    }
+
+    if (expanded.startsWith(homePath)) {
+        // Wildcard components count towards the depth below the home.
+        QString belowHome = expanded;
+        belowHome.remove(homePath);
+        const auto count = static_cast<int>(belowHome.split(QLatin1Char('/'), Qt::SkipEmptyParts).size());
+        if (count < 2)
+            throw SandboxSecurityError::insufficientPathDepth(pattern, count);
+    }
+    const QString location = PathText::standardizedLocation(stem);
+    if (location == QLatin1String("/"))
+        throw SandboxSecurityError::rootDirectoryTargeted(location);
+    if (location == homePath)
+        throw SandboxSecurityError::homeDirectoryTargeted(location);
+    checkSystemPrefixes(location, homePath);
+    checkUserDirectories(location, homePath);
+}
+
+void SandboxValidator::validate(const RuleDefinition& rule, const QString& homeURL)
+{
+    for (const QString& pattern : rule.patterns)
+        validatePattern(pattern, std::nullopt, homeURL);
+}
+
+void SandboxValidator::checkAllLists(const QString& path, const QString& homePath)
+{
+    checkSystemPrefixes(path, homePath);
+    checkUserDirectories(path, homePath);
+    checkDepth(path, homePath);
+}
+
+void SandboxValidator::checkSystemPrefixes(const QString& path, const QString& homePath)
+{
+    const QString lowered = path.toLower();
+    const bool inOwnHome = isInside(path, homePath);
+    const auto fail = [&path](const char* prefix) {
+        throw SandboxSecurityError::forbiddenSystemPath(path, QLatin1String(prefix));
+    };
+    // The five prefixes with exceptions come first; their order decides which one a
+    // message names and what stays open (other homes closed, the per-user temporary tree
+    // and /private/tmp open).
+    if (lowered == QLatin1String("/users") || lowered == QLatin1String("/users/"))
+        fail("/Users");
+    if (lowered.startsWith(QLatin1String("/users/")) && !inOwnHome)
+        fail("/Users");
+    if (isOrUnder(lowered, QLatin1String("/volumes")))
+        fail("/Volumes");
+    if (lowered == QLatin1String("/var") || lowered == QLatin1String("/var/"))
+        fail("/var");
+    if (lowered.startsWith(QLatin1String("/var/")) && !isOrUnder(lowered, QLatin1String("/var/folders")))
+        fail("/var");
+    if (lowered == QLatin1String("/private/var") || lowered == QLatin1String("/private/var/"))
+        fail("/private/var");
+    if (lowered.startsWith(QLatin1String("/private/var/")) &&
+        !isOrUnder(lowered, QLatin1String("/private/var/folders")))
+        fail("/private/var");
+    if (lowered == QLatin1String("/private") || lowered == QLatin1String("/private/"))
+        fail("/private");
+    if (lowered.startsWith(QLatin1String("/private/")) && !lowered.startsWith(QLatin1String("/private/var/folders/")) &&
+        !lowered.startsWith(QLatin1String("/private/tmp/")) && !inOwnHome)
+        fail("/private");
+
+    for (const QString& prefix : forbiddenSystemPrefixes().first(unconditionalPrefixCount)) {
+        if (path.compare(prefix, Qt::CaseInsensitive) == 0 || lowered.startsWith(prefix.toLower() + QLatin1Char('/')))
+            throw SandboxSecurityError::forbiddenSystemPath(path, prefix);
+    }
+
+    // What this platform adds: other users' homes as "/Users" closes them, and its system trees.
+    for (const QString& root : PlatformSystemPaths::userHomeRoots()) {
+        if (isOrUnder(lowered, root) && !inOwnHome)
+            throw SandboxSecurityError::forbiddenSystemPath(path, root);
+    }
+    for (const QString& prefix : PlatformSystemPaths::systemPrefixes()) {
+        if (isOrUnder(lowered, prefix))
+            throw SandboxSecurityError::forbiddenSystemPath(path, prefix);
+    }
+}
+
+void SandboxValidator::checkUserDirectories(const QString& path, const QString& homePath)
+{
+    const QString lowered = path.toLower();
+    for (const QString& directory : forbiddenUserDirectories()) {
+        const QString full = PathText::appending(homePath, directory);
+        if (path.compare(full, Qt::CaseInsensitive) == 0 || lowered.startsWith(full.toLower() + QLatin1Char('/')))
+            throw SandboxSecurityError::forbiddenUserDirectory(path, directory);
+    }
+}
+
+void SandboxValidator::checkDepth(const QString& path, const QString& homePath)
+{
+    const QString relevant = isInside(path, homePath) ? path.mid(homePath.size()) : path;
+    const auto count = static_cast<int>(relevant.split(QLatin1Char('/'), Qt::SkipEmptyParts).size());
+    if (count < 2)
+        throw SandboxSecurityError::insufficientPathDepth(path, count);
+}
+
+} // namespace kestrow

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "safety/SandboxSecurityError.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace kestrow {
+
+struct RuleDefinition;
+
+// The hard limit on what the program may touch: decides from the path text and the home
+// alone (plus the symbolic links on disk) whether a path or a rule pattern lies in allowed
+// ground. Every operation returns normally when it does and throws SandboxSecurityError
+// when it does not. Stateless; callable from any thread.
+class SandboxValidator {
+public:
+    // The fourteen system prefixes, in their order. The last five have exceptions and are
+    // tested before the loop over the first nine.
+    [[nodiscard]] static const QStringList& forbiddenSystemPrefixes();
+    // The ten folders below the home that are never touched, relative to the home.
+    [[nodiscard]] static const QStringList& forbiddenUserDirectories();
+
+    // A path that may begin with "~". Resolves symbolic links on disk and checks the target
+    // as well.
+    static void validate(const QString& path, const QString& homeURL);
+    // A rule pattern, which may hold wildcards and so is checked on its fixed stem; with a
+    // base directory the pattern is taken below it and "~" means nothing.
+    static void validatePattern(const QString& pattern, const std::optional<QString>& baseDirectory,
+                                const QString& homeURL);
+    // Every pattern of the rule in order, without a base directory, up to the first failure.
+    // Excluded patterns are not checked.
+    static void validate(const RuleDefinition& rule, const QString& homeURL);
+
+private:
+    static void checkSystemPrefixes(const QString& path, const QString& homePath);
+    static void checkUserDirectories(const QString& path, const QString& homePath);
+    static void checkDepth(const QString& path, const QString& homePath);
+    static void checkAllLists(const QString& path, const QString& homePath);
+};
+
+} // namespace kestrow

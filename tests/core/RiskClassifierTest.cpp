@@ -1,0 +1,194 @@
+#include "TestHome.h"
+
+#include "rules/RuleRegistry.h"
+#include "safety/CacheDirTagDetector.h"
+#include "safety/RiskClassifier.h"
+#include "scan/DeepScanEngine.h"
+
+#include <gtest/gtest.h>
+
+using namespace kestrow;
+using kestrow::test::TestHome;
+
+namespace {
+
+RuleDefinition rule(const char* id, RiskTier tier, const QString& pattern)
+{
+    return RuleDefinition{.id = QLatin1String(id),
+                          .name = QStringLiteral("Rule ") + QLatin1String(id),
+                          .description = QStringLiteral("test rule"),
+                          .category = StorageCategory::developerCache,
+                          .riskTier = tier,
+                          .patterns = {pattern}};
+}
+
+std::shared_ptr<RuleRegistry> registryIn(const TestHome& home)
+{
+    return std::make_shared<RuleRegistry>(RuleRegistry::Options{.homeURL = home.path()});
+}
+
+} // namespace
+
+TEST(RiskClassifier, ProtectedGroundIsKeptWithItsReason)
+{
+    const RiskClassifier classifier(QStringLiteral("/Users/me"));
+    const auto reasonFor = [&classifier](const char* path) -> QString {
+        const RiskClassificationResult result =
+            classifier.classify(QLatin1String(path), StorageCategory::developerCache, false);
+        if (result.riskTier != RiskTier::keep)
+            return QStringLiteral("(not kept)");
+        EXPECT_EQ(result.confidence, 1.0);
+        EXPECT_EQ(result.matchedRuleId, std::nullopt);
+        return result.reason;
+    };
+    EXPECT_EQ(reasonFor("/Library/Caches/foo"), QStringLiteral("Protected system OS directory (/library)."));
+    EXPECT_EQ(reasonFor("/VOLUMES/Backup/x"), QStringLiteral("Protected system OS directory (/volumes)."));
+    EXPECT_EQ(reasonFor("/private/var/root/x"), QStringLiteral("Protected system OS directory (/private/var/root)."));
+    EXPECT_EQ(reasonFor("/Users/me/Documents"), QStringLiteral("Protected user personal directory (~/documents)."));
+    EXPECT_EQ(reasonFor("/Users/other/Documents/x"),
+              QStringLiteral("Protected user personal directory (~/documents)."));
+    EXPECT_EQ(reasonFor("/Users/me/Documentsfoo"), QStringLiteral("(not kept)"));
+    EXPECT_EQ(reasonFor("/Users/me/.bun/bin/bun"),
+              QStringLiteral("Protected executable user tool binaries (~/.bun/bin)."));
+    EXPECT_EQ(reasonFor("/Users/other/.local/bin"),
+              QStringLiteral("Protected executable user tool binaries (~/.local/bin)."));
+    EXPECT_EQ(reasonFor("/Users/me/.ssh/id"), QStringLiteral("Protected security credentials or keychains."));
+    EXPECT_EQ(reasonFor("/Users/me/Library/Keychains/x"),
+              QStringLiteral("Protected security credentials or keychains."));
+    EXPECT_EQ(reasonFor("/Users/me/.zshrc"), QStringLiteral("Protected active configuration file."));
+    EXPECT_EQ(reasonFor("/Users/other/.gradle/gradle.properties"),
+              QStringLiteral("Protected active configuration file."));
+    EXPECT_EQ(reasonFor("/Users/me/.zshrc.d/x"), QStringLiteral("(not kept)"));
+    EXPECT_EQ(reasonFor("/Users/me/.gitconfig/x"), QStringLiteral("(not kept)"))
+        << "configuration files have no prefix test";
+    EXPECT_EQ(reasonFor("/opt/caches/x"), QStringLiteral("(not kept)"));
+}
+
+TEST(RiskClassifier, LinksIntoProtectedGroundAreKept)
+{
+    TestHome home;
+    home.makeDirectory(QStringLiteral("Documents/x"));
+    const QString link =
+        home.makeSymbolicLink(QStringLiteral(".cache/tool/docs"), home.path(QStringLiteral("Documents/x")));
+    const QString toEtc = home.makeSymbolicLink(QStringLiteral(".cache/tool/etc"), QStringLiteral("/etc"));
+    const RiskClassifier classifier(home.path());
+    EXPECT_EQ(classifier.classify(link, StorageCategory::developerCache, false),
+              (RiskClassificationResult{.riskTier = RiskTier::keep,
+                                        .confidence = 1.0,
+                                        .reason = QStringLiteral("Symlink target points to protected boundary: "
+                                                                 "Protected user personal directory (~/documents).")}));
+    EXPECT_EQ(classifier.classify(toEtc, StorageCategory::developerCache, false).reason,
+              QStringLiteral("Symlink target points to protected boundary: Protected system OS directory (/etc)."));
+}
+
+TEST(RiskClassifier, MostCautiousRuleWinsOverTagAndCategory)
+{
+    TestHome home;
+    const auto registry = registryIn(home);
+    registry->registerRule(rule("t.safe.b", RiskTier::safeToDelete, QStringLiteral("~/work/**")));
+    registry->registerRule(rule("t.safe.a", RiskTier::safeToDelete, QStringLiteral("~/work/**")));
+    registry->registerRule(rule("t.review", RiskTier::reviewRequired, QStringLiteral("~/work/cautious/**")));
+    const QString tagged = home.makeDirectory(QStringLiteral("work/cautious/tagged"));
+    CacheDirTagDetector::writeTag(tagged);
+
+    const RiskClassifier classifier(home.path(), registry);
+    EXPECT_EQ(classifier.classify(tagged, StorageCategory::developerCache, false),
+              (RiskClassificationResult{.riskTier = RiskTier::reviewRequired,
+                                        .confidence = 1.0,
+                                        .reason = QStringLiteral("Matched RuleRegistry rule: Rule t.review (t.review)"),
+                                        .matchedRuleId = QStringLiteral("t.review"),
+                                        .hasCacheDirTag = false}));
+    const RiskClassificationResult twoSafe =
+        classifier.classify(home.path(QStringLiteral("work/plain")), StorageCategory::aiModelWeights, false);
+    EXPECT_EQ(twoSafe.riskTier, RiskTier::safeToDelete);
+    EXPECT_EQ(twoSafe.reason, QStringLiteral("Matched RuleRegistry rule: Rule t.safe.a (t.safe.a)"));
+
+    // Without a registry the tag decides.
+    EXPECT_EQ(RiskClassifier(home.path()).classify(tagged, StorageCategory::aiModelWeights, false),
+              (RiskClassificationResult{.riskTier = RiskTier::safeToDelete,
+                                        .confidence = 1.0,
+                                        .reason = QStringLiteral("Verified CACHEDIR.TAG cache specification "
+                                                                 "(standard cache)"),
+                                        .hasCacheDirTag = true}));
+}
+
+TEST(RiskClassifier, CacheTagOnlyOnValidTagsOfDirectories)
+{
+    TestHome home;
+    const RiskClassifier classifier(home.path());
+    const QString named = home.makeDirectory(QStringLiteral("c/named"));
+    CacheDirTagDetector::writeTag(named, QStringLiteral("Tool"));
+    EXPECT_EQ(classifier.classify(named, StorageCategory::aiModelWeights, false).reason,
+              QStringLiteral("Verified CACHEDIR.TAG cache specification (This file is a cache directory tag created "
+                             "by Tool.)"));
+    home.writeFile(QStringLiteral("c/invalid/CACHEDIR.TAG"), QByteArray("signature: 8a477f597d28d172789f06886806bc55"));
+    const QString file = home.writeFile(QStringLiteral("c/file"), 10);
+    home.writeFile(QStringLiteral("c/CACHEDIR.TAG"), QByteArray("Signature: 8a477f597d28d172789f06886806bc55"));
+    for (const QString& untagged :
+         {home.path(QStringLiteral("c/invalid")), file, home.path(QStringLiteral("c/none"))}) {
+        const RiskClassificationResult result = classifier.classify(untagged, StorageCategory::aiModelWeights, false);
+        EXPECT_FALSE(result.hasCacheDirTag) << untagged.toStdString();
+        EXPECT_EQ(result.riskTier, RiskTier::reviewRequired) << untagged.toStdString();
+    }
+}
+
+TEST(RiskClassifier, CategoryDefaultsFollowTheirOwnTable)
+{
+    const RiskClassifier classifier(QStringLiteral("/Users/me"));
+    const auto check = [&classifier](StorageCategory category, const char* path, bool orphaned, RiskTier tier,
+                                     double confidence, const char* reason) {
+        EXPECT_EQ(
+            classifier.classify(QLatin1String(path), category, orphaned),
+            (RiskClassificationResult{.riskTier = tier, .confidence = confidence, .reason = QLatin1String(reason)}))
+            << category.rawValue().toStdString() << " " << path;
+    };
+    const char* transient = "Standard transient application caches, logs, or reports that regenerate automatically.";
+    for (const StorageCategory category :
+         {StorageCategory::developerCache, StorageCategory::systemCaches, StorageCategory::systemLogs,
+          StorageCategory::crashReports, StorageCategory::browserCaches, StorageCategory::leftovers})
+        check(category, "/Users/me/x/y", false, RiskTier::safeToDelete, 0.95, transient);
+    check(StorageCategory::aiModelWeights, "/Users/me/x/y", false, RiskTier::reviewRequired, 1.0,
+          "Pretrained AI model weights require significant network bandwidth and time to re-download.");
+    check(StorageCategory::dockerVM, "/Users/me/x/y", true, RiskTier::reviewRequired, 1.0,
+          "Orphaned Docker VM disk image from uninstalled Docker Desktop.");
+    check(StorageCategory::dockerVM, "/Users/me/x/y", false, RiskTier::keep, 1.0,
+          "Active Docker VM disk image. Uninstallation or shutdown required.");
+    check(StorageCategory::xcodeArtifacts, "/Users/me/Xcode/Archives/a", false, RiskTier::reviewRequired, 1.0,
+          "Xcode release archives contain dSYMs needed for App Store crash symbolication.");
+    check(StorageCategory::xcodeArtifacts, "/Users/me/Xcode/archives/a", false, RiskTier::safeToDelete, 0.95,
+          "Xcode intermediate build products regenerate automatically on compilation.");
+    check(StorageCategory::strayDependencies, "/Users/me/x/y", false, RiskTier::reviewRequired, 0.9,
+          "Stray project dependencies in home root require verification before deletion.");
+    check(StorageCategory::mailDownloads, "/Users/me/x/y", false, RiskTier::reviewRequired, 1.0,
+          "Locally cached email attachments may not exist on remote mail server if deleted.");
+    for (const StorageCategory category : {StorageCategory::applicationBundles, StorageCategory::largeFiles,
+                                           StorageCategory::startupItems, StorageCategory::unknownAnomaly})
+        check(category, "/Users/me/x/y", true, RiskTier::reviewRequired, 0.85, "Category default risk classification.");
+    check(StorageCategory::dynamicRule, "/Users/me/x/y", false, RiskTier::safeToDelete, 0.85,
+          "Category default risk classification.");
+}
+
+TEST(RiskClassifier, ScannersClassifyWithTheEnginesRegistry)
+{
+    TestHome home;
+    home.writeFile(QStringLiteral(".cache/uv/wheels/a.whl"), 5000);
+    home.writeFile(QStringLiteral(".cache/uv/sdists/b.tar"), 5000);
+    home.writeFile(QStringLiteral("Library/Caches/com.tool/c.db"), 5000);
+    const auto registry = registryIn(home);
+    registry->registerRule(rule("zz.keep.wheels", RiskTier::keep, QStringLiteral("~/.cache/uv/wheels/**")));
+    registry->registerRule(rule("zz.keep.tool", RiskTier::keep, QStringLiteral("~/Library/Caches/com.tool")));
+
+    DeepScanEngine engine({.homeURL = home.path(), .ruleRegistry = registry});
+    const ScanResult result = engine.scan(CategorySet{StorageCategory::developerCache, StorageCategory::systemCaches});
+    const auto item = [&result, &home](const char* relative) {
+        const auto found = std::find_if(result.items.begin(), result.items.end(), [&](const DiscoveredItem& i) {
+            return i.path == home.path(QLatin1String(relative));
+        });
+        return found == result.items.end() ? DiscoveredItem{} : *found;
+    };
+    EXPECT_EQ(item(".cache/uv/wheels").riskTier, RiskTier::keep);
+    EXPECT_EQ(item(".cache/uv/wheels").ruleId, QStringLiteral("zz.keep.wheels"));
+    EXPECT_EQ(item(".cache/uv/sdists").riskTier, RiskTier::safeToDelete);
+    EXPECT_EQ(item("Library/Caches/com.tool").riskTier, RiskTier::keep);
+    EXPECT_EQ(item("Library/Caches/com.tool").ruleId, QStringLiteral("zz.keep.tool"));
+}

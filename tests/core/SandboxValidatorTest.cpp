@@ -1,0 +1,366 @@
+#include "TestHome.h"
+
+#include "rules/RuleDefinition.h"
+#include "platform/PlatformSystemPaths.h"
+#include "safety/SandboxValidator.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QRandomGenerator>
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+using namespace kestrow;
+using kestrow::test::TestHome;
+
+namespace kestrow {
+void PrintTo(const SandboxSecurityError& error, std::ostream* out)
+{
+    *out << error.description().toStdString();
+}
+} // namespace kestrow
+
+namespace {
+
+const QString me = QStringLiteral("/Users/me");
+
+// The error a path validation threw, or nothing when it passed.
+std::optional<SandboxSecurityError> pathError(const QString& path, const QString& home = me)
+{
+    try {
+        SandboxValidator::validate(path, home);
+    } catch (const SandboxSecurityError& error) {
+        return error;
+    }
+    return std::nullopt;
+}
+
+std::optional<SandboxSecurityError> patternError(const QString& pattern, const QString& home = me,
+                                                 const std::optional<QString>& base = std::nullopt)
+{
+    try {
+        SandboxValidator::validatePattern(pattern, base, home);
+    } catch (const SandboxSecurityError& error) {
+        return error;
+    }
+    return std::nullopt;
+}
+
+QString text(const std::optional<SandboxSecurityError>& error)
+{
+    return error ? error->description() : QStringLiteral("(allowed)");
+}
+
+// Runs with the working directory at `directory`, then puts it back.
+struct WorkingDirectory {
+    explicit WorkingDirectory(const QString& directory)
+        : saved(QDir::currentPath())
+    {
+        QDir::setCurrent(directory);
+    }
+    ~WorkingDirectory() { QDir::setCurrent(saved); }
+    QString saved;
+};
+
+} // namespace
+
+TEST(SandboxSecurityError, DescriptionsAreExact)
+{
+    using E = SandboxSecurityError;
+    EXPECT_EQ(E::rootDirectoryTargeted(QStringLiteral("/")).description(),
+              QStringLiteral("Sandbox Violation: Root filesystem '/' cannot be targeted (/)."));
+    EXPECT_EQ(E::homeDirectoryTargeted(me).description(),
+              QStringLiteral("Sandbox Violation: Home directory cannot be targeted directly (/Users/me)."));
+    EXPECT_EQ(E::forbiddenSystemPath(QStringLiteral("/usr/x"), QStringLiteral("/usr")).description(),
+              QStringLiteral("Sandbox Violation: Path '/usr/x' targets forbidden system path '/usr'."));
+    EXPECT_EQ(
+        E::forbiddenUserDirectory(QStringLiteral("/Users/me/Documents"), QStringLiteral("Documents")).description(),
+        QStringLiteral("Sandbox Violation: Path '/Users/me/Documents' targets protected user directory 'Documents'."));
+    EXPECT_EQ(E::insufficientPathDepth(QStringLiteral("/opt"), 1).description(),
+              QStringLiteral("Sandbox Violation: Path '/opt' has insufficient depth (1 components relative to home; "
+                             "minimum 2 required)."));
+    EXPECT_EQ(E::directoryTraversalDetected(QStringLiteral("/a/../b")).description(),
+              QStringLiteral("Sandbox Violation: Path traversal tokens ('..') detected in '/a/../b'."));
+    EXPECT_EQ(
+        E::symlinkEscapedSandbox(QStringLiteral("/a/b"), QStringLiteral("/"), QStringLiteral("why")).description(),
+        QStringLiteral("Sandbox Violation: Symlink '/a/b' resolves to forbidden path '/': why"));
+    EXPECT_EQ(E::wildcardTargetsForbiddenScope(QStringLiteral("*"), QStringLiteral("Root filesystem")).description(),
+              QStringLiteral("Sandbox Violation: Rule pattern '*' matches forbidden scope 'Root filesystem'."));
+    EXPECT_EQ(E::insufficientPathDepth(QStringLiteral("/opt"), 1), E::insufficientPathDepth(QStringLiteral("/opt"), 1));
+    EXPECT_NE(E::insufficientPathDepth(QStringLiteral("/opt"), 1), E::insufficientPathDepth(QStringLiteral("/opt"), 0));
+}
+
+TEST(SandboxValidator, PathChecksRunInOrderOnTheText)
+{
+    using E = SandboxSecurityError;
+    EXPECT_EQ(pathError(QStringLiteral("~")), E::homeDirectoryTargeted(me));
+    EXPECT_EQ(pathError(QStringLiteral("/Users/me/")), E::homeDirectoryTargeted(me));
+    EXPECT_EQ(pathError(QStringLiteral("/")), E::rootDirectoryTargeted(QStringLiteral("/")));
+    EXPECT_EQ(pathError(QStringLiteral("//./")), E::rootDirectoryTargeted(QStringLiteral("/")));
+
+    // Path > the prefix its message names; the earlier, broader prefixes catch some first.
+    for (const QString& pair :
+         QStringLiteral("/Users/other/Library/Caches/x>/Users|/USERS/me/x>/Users|/Users>/Users|"
+                        "/Volumes/Backup/x>/Volumes|/var/log/x>/var|/private/var/folders>/private|"
+                        "/private/tmp>/private|/private/etc/hosts>/private|"
+                        "/private/var/db/x>/private/var|/Library/Caches/x>/Library|"
+                        "/LIBRARY>/Library|/usr/local/bin/x>/usr|/dev>/dev")
+             .split(QLatin1Char('|'))) {
+        const QStringList parts = pair.split(QLatin1Char('>'));
+        EXPECT_EQ(pathError(parts.at(0)), E::forbiddenSystemPath(parts.at(0), parts.at(1)));
+    }
+    for (const char* open :
+         {"/var/folders/ab/cd", "/private/var/folders/ab", "/private/tmp/x/y", "/opt/x", "/Users/me/Library/Caches",
+          "/Users/me/Documentsx/y", "/Users/me/.cargo/registry/cache/x", "/a/..b/c", "/usr2/x"})
+        EXPECT_EQ(pathError(QLatin1String(open)), std::nullopt)
+            << open << ": " << text(pathError(QLatin1String(open))).toStdString();
+
+    EXPECT_EQ(pathError(QStringLiteral("~/Documents")),
+              E::forbiddenUserDirectory(QStringLiteral("/Users/me/Documents"), QStringLiteral("Documents")));
+    EXPECT_EQ(pathError(QStringLiteral("~/documents/x")),
+              E::forbiddenUserDirectory(QStringLiteral("/Users/me/documents/x"), QStringLiteral("Documents")));
+    EXPECT_EQ(pathError(QStringLiteral("~/.cargo/bin/tool")),
+              E::forbiddenUserDirectory(QStringLiteral("/Users/me/.cargo/bin/tool"), QStringLiteral(".cargo/bin")));
+    EXPECT_EQ(pathError(QStringLiteral("~/Library/Keychains/login.keychain-db")),
+              E::forbiddenUserDirectory(QStringLiteral("/Users/me/Library/Keychains/login.keychain-db"),
+                                        QStringLiteral("Library/Keychains")));
+
+    EXPECT_EQ(pathError(QStringLiteral("~/Library")), E::insufficientPathDepth(QStringLiteral("/Users/me/Library"), 1));
+    EXPECT_EQ(pathError(QStringLiteral("/opt")), E::insufficientPathDepth(QStringLiteral("/opt"), 1));
+    EXPECT_EQ(pathError(QStringLiteral("/tmp/./")), E::insufficientPathDepth(QStringLiteral("/tmp"), 1));
+
+    // Traversal is judged on the input, before any canonical form.
+    for (const char* traversal : {"/a/b/../c", "/a/b/..", "../x/y", "..", "~/x/../y"})
+        EXPECT_EQ(pathError(QLatin1String(traversal)), E::directoryTraversalDetected(QLatin1String(traversal)));
+}
+
+TEST(SandboxValidator, LinuxClosesOtherHomesAndSystemTrees)
+{
+    if (!PlatformSystemPaths::userHomeRoots().contains(QStringLiteral("/home")))
+        GTEST_SKIP() << "a platform whose homes live elsewhere";
+    const QString home = QStringLiteral("/home/me");
+    EXPECT_EQ(text(pathError(QStringLiteral("/home/me/.cache/x"), home)), QStringLiteral("(allowed)"));
+    EXPECT_EQ(text(pathError(QStringLiteral("/home/other/.cache/x"), home)),
+              QStringLiteral("Sandbox Violation: Path '/home/other/.cache/x' targets forbidden system path '/home'."));
+    EXPECT_EQ(text(pathError(QStringLiteral("/root/.cache/x"), home)),
+              QStringLiteral("Sandbox Violation: Path '/root/.cache/x' targets forbidden system path '/root'."));
+    EXPECT_EQ(text(pathError(QStringLiteral("/root/.cache/x"), QStringLiteral("/root"))), QStringLiteral("(allowed)"));
+    for (const char* system : {"/proc/1/fd", "/sys/class/x", "/boot/efi", "/lib/modules", "/run/user"})
+        EXPECT_EQ(pathError(QLatin1String(system), home)->description().contains(QStringLiteral("forbidden system path")),
+                  true)
+            << system;
+    EXPECT_EQ(text(patternError(QStringLiteral("/proc/*/fd"), home)),
+              QStringLiteral("Sandbox Violation: Path '/proc' targets forbidden system path '/proc'."));
+    EXPECT_EQ(text(pathError(QStringLiteral("/opt/tool/cache"), home)), QStringLiteral("(allowed)"))
+        << "like /opt on macOS, held only by the depth rule";
+}
+
+TEST(SandboxValidator, EmptyPathIsTheWorkingDirectory)
+{
+    TestHome home;
+    {
+        WorkingDirectory inHome(home.path());
+        EXPECT_EQ(pathError(QString(), home.path()), SandboxSecurityError::homeDirectoryTargeted(home.path()));
+    }
+    WorkingDirectory atRoot(QStringLiteral("/"));
+    EXPECT_EQ(pathError(QString(), home.path()), SandboxSecurityError::rootDirectoryTargeted(QStringLiteral("/")));
+}
+
+TEST(SandboxValidator, PatternsAreCheckedOnTheirFixedStem)
+{
+    using E = SandboxSecurityError;
+    for (const char* allowed : {"~/Library/Caches/**", "~/Library/Caches", "~/.cache/*", "/opt/*", "/a/b/*.log"})
+        EXPECT_EQ(patternError(QLatin1String(allowed)), std::nullopt)
+            << allowed << ": " << text(patternError(QLatin1String(allowed))).toStdString();
+
+    EXPECT_EQ(patternError(QStringLiteral("~/Documents/**")),
+              E::forbiddenUserDirectory(QStringLiteral("/Users/me/Documents"), QStringLiteral("Documents")));
+    EXPECT_EQ(patternError(QStringLiteral("/System/**")),
+              E::forbiddenSystemPath(QStringLiteral("/System"), QStringLiteral("/System")));
+    for (const char* root : {"*", "{a,b}/x", "/*", "/**", "*.log", "[x]"})
+        EXPECT_EQ(patternError(QLatin1String(root)),
+                  E::wildcardTargetsForbiddenScope(QLatin1String(root), QStringLiteral("Root filesystem")));
+    for (const char* wholeHome : {"~/*", "~/**", "~", "~/"})
+        EXPECT_EQ(patternError(QLatin1String(wholeHome)),
+                  E::wildcardTargetsForbiddenScope(QLatin1String(wholeHome), QStringLiteral("Entire home directory")));
+    EXPECT_EQ(patternError(QStringLiteral("~/.cache*")), E::insufficientPathDepth(QStringLiteral("~/.cache*"), 1));
+    EXPECT_EQ(patternError(QStringLiteral("/Users/me/x?")),
+              E::insufficientPathDepth(QStringLiteral("/Users/me/x?"), 1));
+    // A literal pattern takes full path validation.
+    EXPECT_EQ(patternError(QStringLiteral("~/Library")),
+              E::insufficientPathDepth(QStringLiteral("/Users/me/Library"), 1));
+    EXPECT_EQ(patternError(QStringLiteral("/a/..b/c")), E::directoryTraversalDetected(QStringLiteral("/a/..b/c")));
+    EXPECT_EQ(patternError(QStringLiteral("foo..bar")), E::directoryTraversalDetected(QStringLiteral("foo..bar")));
+
+    // A base directory takes the pattern literally below it: "~" means nothing there.
+    const QString base = QStringLiteral("/Users/me/Library");
+    EXPECT_EQ(patternError(QStringLiteral("~/x"), me, base), std::nullopt);
+    EXPECT_EQ(patternError(QStringLiteral("~"), me, QStringLiteral("/opt")), std::nullopt);
+    EXPECT_EQ(patternError(QStringLiteral("*"), me, base), std::nullopt) << "the wildcard counts as a component";
+    EXPECT_EQ(patternError(QStringLiteral("*"), me, me),
+              E::wildcardTargetsForbiddenScope(QStringLiteral("*"), QStringLiteral("Entire home directory")));
+
+    RuleDefinition rule{
+        .id = QStringLiteral("t.rule"),
+        .patterns = {QStringLiteral("~/.cache/a/**"), QStringLiteral("~/Desktop/*"), QStringLiteral("*")},
+        .excludedPatterns = {QStringLiteral("/")}};
+    try {
+        SandboxValidator::validate(rule, me);
+        ADD_FAILURE() << "the rule's second pattern should be refused";
+    } catch (const SandboxSecurityError& error) {
+        EXPECT_EQ(error, E::forbiddenUserDirectory(QStringLiteral("/Users/me/Desktop"), QStringLiteral("Desktop")));
+    }
+    rule.patterns = {QStringLiteral("~/.cache/a/**")};
+    EXPECT_NO_THROW(SandboxValidator::validate(rule, me)) << "excluded patterns are not validated";
+}
+
+TEST(SandboxValidator, SymbolicLinksAreCheckedWhereTheyLead)
+{
+    using E = SandboxSecurityError;
+    TestHome home;
+    const QString h = home.path();
+    home.makeDirectory(QStringLiteral("Documents/x"));
+    home.makeDirectory(QStringLiteral(".cache/other/deep"));
+    const QString toUsr = home.makeSymbolicLink(QStringLiteral("Library/Caches/x"), QStringLiteral("/usr/local"));
+    EXPECT_EQ(pathError(QStringLiteral("~/Library/Caches/x"), h),
+              E::symlinkEscapedSandbox(toUsr, QStringLiteral("/usr/local"),
+                                       QStringLiteral("Sandbox Violation: Path '/usr/local' targets forbidden system "
+                                                      "path '/usr'.")));
+    EXPECT_EQ(pathError(QStringLiteral("~/Library/Caches/x/share/y"), h)->errorCase(), E::Case::symlinkEscapedSandbox);
+
+    const QString toDocuments = home.makeSymbolicLink(QStringLiteral(".cache/docs"), QStringLiteral("../Documents/x"));
+    EXPECT_EQ(
+        pathError(toDocuments, h),
+        E::symlinkEscapedSandbox(
+            toDocuments, h + QStringLiteral("/Documents/x"),
+            E::forbiddenUserDirectory(h + QStringLiteral("/Documents/x"), QStringLiteral("Documents")).description()));
+    const QString toHome = home.makeSymbolicLink(QStringLiteral(".cache/home"), h);
+    EXPECT_EQ(pathError(toHome, h),
+              E::symlinkEscapedSandbox(toHome, h, QStringLiteral("Symlink points to home directory")));
+    const QString toRoot = home.makeSymbolicLink(QStringLiteral(".cache/root"), QStringLiteral("/"));
+    EXPECT_EQ(pathError(toRoot, h), E::symlinkEscapedSandbox(toRoot, QStringLiteral("/"),
+                                                             QStringLiteral("Symlink points to root directory")));
+    const QString toShallow = home.makeSymbolicLink(QStringLiteral(".cache/shallow"), h + QStringLiteral("/.cache"));
+    EXPECT_EQ(pathError(toShallow, h)->reason(),
+              E::insufficientPathDepth(h + QStringLiteral("/.cache"), 1).description());
+
+    // Allowed places stay allowed through links, chains of links and dangling links.
+    home.makeSymbolicLink(QStringLiteral(".cache/fine"), h + QStringLiteral("/.cache/other/deep"));
+    home.makeSymbolicLink(QStringLiteral(".cache/chain"), QStringLiteral("fine"));
+    home.makeSymbolicLink(QStringLiteral(".cache/dangling"), QStringLiteral("nowhere/at/all"));
+    for (const char* allowed : {"~/.cache/fine", "~/.cache/chain", "~/.cache/chain/x", "~/.cache/dangling"})
+        EXPECT_EQ(pathError(QLatin1String(allowed), h), std::nullopt)
+            << allowed << ": " << text(pathError(QLatin1String(allowed), h)).toStdString();
+
+    // A literal pattern follows links too; a pattern with a wildcard never does.
+    EXPECT_EQ(patternError(QStringLiteral("~/Library/Caches/x"), h)->errorCase(), E::Case::symlinkEscapedSandbox);
+    EXPECT_EQ(patternError(QStringLiteral("~/Library/Caches/x/*"), h), std::nullopt);
+}
+
+// Many generated paths (mixed case, ".", "..", repeated slashes, tildes, links into forbidden
+// places): whatever passes lies, as written and as resolved, outside every forbidden prefix
+// and user directory, and is neither the home nor the root.
+TEST(SandboxValidator, PropertyNothingForbiddenIsEverAllowed)
+{
+    TestHome home;
+    const QString h = home.path();
+    for (const char* folder : {"Documents/sub", ".ssh", "Library/Caches", "Library/Keychains", ".cache/other/deep",
+                               ".cargo/bin", ".local/bin", "Pictures"})
+        home.makeDirectory(QLatin1String(folder));
+    // Links in a cache folder, as name>target: into system folders, protected folders, the
+    // home, the root, through other links, in a loop, and one to an allowed place.
+    QStringList links;
+    for (const QString& pair :
+         QStringLiteral("toEtc>/etc|toUsr>/usr/local|toDocs>%1/Documents|toDocsRel>../../Documents/sub|toHome>%1|"
+                        "toRoot>/|toSsh>%1/.SSH|chain>toEtc|toVarLog>/var/log|toOther>/Users/other|loop1>loop2|"
+                        "loop2>loop1|fine>%1/.cache/other")
+             .arg(h)
+             .split(QLatin1Char('|'))) {
+        const QStringList parts = pair.split(QLatin1Char('>'));
+        home.makeSymbolicLink(QStringLiteral("Library/Caches/") + parts.at(0), parts.at(1));
+        links.append(parts.at(0));
+    }
+    home.makeSymbolicLink(QStringLiteral(".cache/pics"), QStringLiteral("../Pictures"));
+
+    const QStringList starts = QStringLiteral("~|~/|/|%1|/Users/other|/USERS|/private|/private/var|/var|/VAR/folders|"
+                                              "/private/tmp|/usr|/System|/Library|/etc|/dev|/Volumes|/tmp|/opt||"
+                                              "%1/Library/Caches|~/Library/Caches|~/.cache")
+                                   .arg(h)
+                                   .split(QLatin1Char('|'));
+    const QStringList words = QStringLiteral("Library|Caches|Documents|.ssh|Desktop|.cargo|bin|.local|Keychains|x|"
+                                             "cache|.||..|~|folders|db|Pictures|pics|other|deep")
+                                  .split(QLatin1Char('|')) +
+                              links;
+
+    const auto forbidden = [&h](const QString& path) {
+        const QString lowered = path.toLower();
+        const auto under = [&lowered](const QString& directory) {
+            const QString d = directory.toLower();
+            return lowered == d || lowered.startsWith(d + QLatin1Char('/'));
+        };
+        if (path == QLatin1String("/") || path == h)
+            return true;
+        for (const QString& directory : SandboxValidator::forbiddenUserDirectories())
+            if (under(h + QLatin1Char('/') + directory))
+                return true;
+        for (const QString& prefix : SandboxValidator::forbiddenSystemPrefixes()) {
+            if (!under(prefix))
+                continue;
+            const bool temporary = under(QStringLiteral("/var/folders")) ||
+                                   lowered.startsWith(QLatin1String("/private/var/folders/")) ||
+                                   lowered.startsWith(QLatin1String("/private/tmp/"));
+            const bool ownHome = path == h || path.startsWith(h + QLatin1Char('/'));
+            if (!(temporary && prefix != QLatin1String("/Users")) && !(ownHome && prefix == QLatin1String("/Users")))
+                return true;
+        }
+        return false;
+    };
+    // Where a path leads, found with Qt's own resolution of its longest existing part.
+    const auto resolvedByQt = [](const QString& absolute) {
+        QString existing = absolute;
+        QString rest;
+        while (!QFileInfo::exists(existing) && existing != QLatin1String("/")) {
+            rest = QLatin1Char('/') + QFileInfo(existing).fileName() + rest;
+            existing = QFileInfo(existing).path();
+        }
+        return QDir::cleanPath(QFileInfo(existing).canonicalFilePath() + rest);
+    };
+
+    WorkingDirectory inHome(h);
+    QRandomGenerator random(20260301);
+    int allowed = 0;
+    int refused = 0;
+    for (int round = 0; round < 6000; ++round) {
+        QString path = starts.at(random.bounded(starts.size()));
+        for (int n = random.bounded(6); n >= 0; --n) {
+            QString word = words.at(random.bounded(words.size()));
+            if (random.bounded(4) == 0)
+                word = random.bounded(2) ? word.toUpper() : word.toLower();
+            path += QString(1 + random.bounded(3), QLatin1Char('/')) + word;
+        }
+        if (random.bounded(5) == 0)
+            path += QLatin1Char('/');
+        const std::optional<SandboxSecurityError> error = pathError(path, h);
+        const bool traversal = path.split(QLatin1Char('/')).contains(QStringLiteral(".."));
+        if (traversal) {
+            ASSERT_EQ(error, SandboxSecurityError::directoryTraversalDetected(path));
+            continue;
+        }
+        if (error) {
+            ++refused;
+            continue;
+        }
+        ++allowed;
+        QString expanded = path;
+        if (expanded == QLatin1String("~") || expanded.startsWith(QLatin1String("~/")))
+            expanded = h + expanded.mid(1);
+        const QString written = QDir::cleanPath(QDir(h).absoluteFilePath(expanded));
+        ASSERT_FALSE(forbidden(written)) << path.toStdString() << " allowed as written: " << written.toStdString();
+        const QString resolved = resolvedByQt(written);
+        ASSERT_FALSE(forbidden(resolved)) << path.toStdString() << " allowed but leads to " << resolved.toStdString();
+    }
+    EXPECT_GT(allowed, 300);
+    EXPECT_GT(refused, 1500);
+}
