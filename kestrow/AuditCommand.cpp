@@ -16,7 +16,8 @@ struct AuditOptions {
 };
 
 // The log's own failure, with where it is and what to do about it; exit status 1.
-int unreadableLog(const AuditLoggerError& error, const QString& logFile) {
+int unreadableLog(const AuditLoggerError& error, const QString& logFile)
+{
     const QString advice = error.kind() == AuditLoggerError::Case::decodingFailed
                                ? QStringLiteral("restore that line, or move the file away to start a new log")
                                : QStringLiteral("check that the file can be read");
@@ -24,18 +25,20 @@ int unreadableLog(const AuditLoggerError& error, const QString& logFile) {
     return exitFailure;
 }
 
-QString entryText(const AuditLogEntry& entry) {
-    QString out = QStringLiteral("%1  %2 %3 %4  %5  %6\n")
-                      .arg(entry.timestamp, entry.operationType.text().leftJustified(7, QLatin1Char(' ')),
-                           countedItems(entry.itemsCount).rightJustified(11),
-                           ByteCountFormatter::format(entry.bytesFreed).rightJustified(10), entry.client,
-                           entry.operationId);
+QString entryText(const AuditLogEntry& entry)
+{
+    QString out =
+        QStringLiteral("%1  %2 %3 %4  %5  %6\n")
+            .arg(entry.timestamp, entry.operationType.text().leftJustified(7, QLatin1Char(' ')),
+                 countedItems(entry.itemsCount).rightJustified(11),
+                 ByteCountFormatter::format(entry.bytesFreed).rightJustified(10), entry.client, entry.operationId);
     for (const QString& path : entry.paths)
         out += QStringLiteral("    ") + path + QLatin1Char('\n');
     return out;
 }
 
-int runLog(const AuditOptions& options) {
+int runLog(const AuditOptions& options)
+{
     AuditLogger logger({.homeURL = resolveHome(options.home)});
     std::vector<AuditLogEntry> entries;
     try {
@@ -57,7 +60,8 @@ int runLog(const AuditOptions& options) {
     return exitSuccess;
 }
 
-int runVerify(const AuditOptions& options) {
+int runVerify(const AuditOptions& options)
+{
     AuditLogger logger({.homeURL = resolveHome(options.home)});
     AuditVerificationResult result;
     try {
@@ -77,7 +81,8 @@ int runVerify(const AuditOptions& options) {
 }
 
 CLI::App* addAuditSubcommand(CommandLine& commandLine, CLI::App* audit, const char* name, const char* help,
-                             int (*run)(const AuditOptions&)) {
+                             int (*run)(const AuditOptions&))
+{
     auto options = std::make_shared<AuditOptions>();
     CLI::App* command = audit->add_subcommand(name, help);
     addHomeOption(command, options->home);
@@ -88,11 +93,11 @@ CLI::App* addAuditSubcommand(CommandLine& commandLine, CLI::App* audit, const ch
 
 } // namespace
 
-void setupAuditCommand(CommandLine& commandLine) {
+void setupAuditCommand(CommandLine& commandLine)
+{
     CLI::App* audit = commandLine.app().add_subcommand(
-        "audit",
-        "Read and check the audit log (~/.kestrow/audit.jsonl), where every clean and sweep leaves a "
-        "hash-chained line.");
+        "audit", "Read and check the audit log (~/.kestrow/audit.jsonl), where every clean and sweep leaves a "
+                 "hash-chained line.");
     audit->require_subcommand(1);
     addAuditSubcommand(commandLine, audit, "log", "List every recorded run, oldest first", runLog);
     addAuditSubcommand(commandLine, audit, "verify",

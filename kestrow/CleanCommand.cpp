@@ -21,18 +21,18 @@ struct CleanOptions {
 
 // "~" against the home in use; relative paths against the working folder. Dot components
 // stay, so that the sandbox sees what was typed.
-QStringList targetPaths(const std::vector<std::string>& given, const QString& home) {
+QStringList targetPaths(const std::vector<std::string>& given, const QString& home)
+{
     QStringList paths;
     for (const std::string& text : given)
-        paths.append(
-            QDir::current().absoluteFilePath(PathText::expandingTilde(QString::fromStdString(text), home)));
+        paths.append(QDir::current().absoluteFilePath(PathText::expandingTilde(QString::fromStdString(text), home)));
     return paths;
 }
 
-int runClean(const CleanOptions& options) {
+int runClean(const CleanOptions& options)
+{
     if (options.permanent && options.dryRun)
-        throw UsageError(
-            "--permanent has no dry run; leave out --permanent to see what would go to the Trash.");
+        throw UsageError("--permanent has no dry run; leave out --permanent to see what would go to the Trash.");
     if (options.permanent && !options.yes)
         throw UsageError("--permanent deletes for good, past the Trash: add --yes to confirm, or leave out "
                          "--permanent to move the items to the Trash.");
@@ -47,7 +47,8 @@ int runClean(const CleanOptions& options) {
 
 } // namespace
 
-void setupCleanCommand(CommandLine& commandLine) {
+void setupCleanCommand(CommandLine& commandLine)
+{
     auto options = std::make_shared<CleanOptions>();
     CLI::App* command = commandLine.app().add_subcommand(
         "clean", "Move the given files and folders to the Trash, each checked against the protected places "

@@ -1,12 +1,24 @@
 #include "Commands.h"
 
+#include "AuditCommand.h"
+#include "CheckCommand.h"
+#include "CleanCommand.h"
+#include "RulesCommand.h"
 #include "ScanCommand.h"
+#include "SweepCommand.h"
+#include "VitalsCommand.h"
 
 namespace kestrow::cli {
 
 void setupAllCommands(CommandLine& commandLine)
 {
     setupScanCommand(commandLine);
+    setupCleanCommand(commandLine);
+    setupSweepCommand(commandLine);
+    setupAuditCommand(commandLine);
+    setupRulesCommand(commandLine);
+    setupVitalsCommand(commandLine);
+    setupCheckCommand(commandLine);
 }
 
 } // namespace kestrow::cli

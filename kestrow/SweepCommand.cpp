@@ -1,6 +1,7 @@
 #include "SweepCommand.h"
 
 #include "ProgressLine.h"
+#include "RulesCommand.h"
 #include "TrashRunOutput.h"
 
 #include "scan/DeepScanEngine.h"
@@ -25,14 +26,14 @@ struct SweepOptions {
     bool json = false;
 };
 
-std::vector<DiscoveredItem> safeItems(const QString& home) {
-    DeepScanEngine engine({.homeURL = home});
+std::vector<DiscoveredItem> safeItems(const QString& home)
+{
+    DeepScanEngine engine({.homeURL = home, .ruleRegistry = loadUserRules(home)});
     ProgressLine progressLine;
     std::int64_t found = 0;
     const ScanResult result = engine.scan(std::nullopt, [&](const ScanProgress& progress) {
         found += progress.itemsFound;
-        progressLine.update(
-            QStringLiteral("Scanning: %1  %2").arg(countedItems(found), progress.currentPath));
+        progressLine.update(QStringLiteral("Scanning: %1  %2").arg(countedItems(found), progress.currentPath));
     });
     progressLine.clear();
     std::vector<DiscoveredItem> items;
@@ -41,7 +42,8 @@ std::vector<DiscoveredItem> safeItems(const QString& home) {
     return items;
 }
 
-std::int64_t totalBytes(const std::vector<DiscoveredItem>& items) {
+std::int64_t totalBytes(const std::vector<DiscoveredItem>& items)
+{
     std::int64_t total = 0;
     for (const DiscoveredItem& item : items)
         total += item.allocatedSizeBytes;
@@ -49,20 +51,20 @@ std::int64_t totalBytes(const std::vector<DiscoveredItem>& items) {
 }
 
 // What would go, by category, largest first; then the question. True when the answer is yes.
-bool confirmed(const std::vector<DiscoveredItem>& items) {
+bool confirmed(const std::vector<DiscoveredItem>& items)
+{
     std::map<StorageCategory, std::int64_t> byCategory;
     for (const DiscoveredItem& item : items)
         byCategory[item.category] += item.allocatedSizeBytes;
     std::vector<std::pair<StorageCategory, std::int64_t>> groups(byCategory.begin(), byCategory.end());
-    std::stable_sort(groups.begin(), groups.end(),
-                     [](const auto& a, const auto& b) { return a.second > b.second; });
+    std::stable_sort(groups.begin(), groups.end(), [](const auto& a, const auto& b) { return a.second > b.second; });
     QString text = QStringLiteral("Safe to clean, by category:\n");
     for (const auto& [category, bytes] : groups)
         text += QStringLiteral("  ") + category.displayName() + QStringLiteral(": ") +
                 ByteCountFormatter::format(bytes) + QLatin1Char('\n');
-    text += QStringLiteral("\nMove %1 (%2) to the Trash? [y/N] ")
-                .arg(countedItems(static_cast<std::int64_t>(items.size())),
-                     ByteCountFormatter::format(totalBytes(items)));
+    text +=
+        QStringLiteral("\nMove %1 (%2) to the Trash? [y/N] ")
+            .arg(countedItems(static_cast<std::int64_t>(items.size())), ByteCountFormatter::format(totalBytes(items)));
     const QByteArray bytes = text.toUtf8();
     std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), stderr);
     std::fflush(stderr);
@@ -72,13 +74,13 @@ bool confirmed(const std::vector<DiscoveredItem>& items) {
     return reply == QLatin1String("y") || reply == QLatin1String("yes");
 }
 
-int runSweep(const SweepOptions& options) {
+int runSweep(const SweepOptions& options)
+{
     const QString home = resolveHome(options.home);
     const bool mayAsk = standardInputIsTerminal();
     if (!options.yes && !options.dryRun && !mayAsk)
-        throw UsageError(
-            "sweep moves every safe item to the Trash and needs a confirmation: pass --yes to go "
-            "ahead, or --dry-run to see what would go.");
+        throw UsageError("sweep moves every safe item to the Trash and needs a confirmation: pass --yes to go "
+                         "ahead, or --dry-run to see what would go.");
 
     const std::vector<DiscoveredItem> items = safeItems(home);
     if (items.empty()) {
@@ -98,20 +100,18 @@ int runSweep(const SweepOptions& options) {
     QStringList paths;
     for (const DiscoveredItem& item : items)
         paths.append(item.path);
-    return reportTrashRun(loggedPipeline(home).trash(paths, options.dryRun, QStringLiteral("cli")),
-                          options.json);
+    return reportTrashRun(loggedPipeline(home).trash(paths, options.dryRun, QStringLiteral("cli")), options.json);
 }
 
 } // namespace
 
-void setupSweepCommand(CommandLine& commandLine) {
+void setupSweepCommand(CommandLine& commandLine)
+{
     auto options = std::make_shared<SweepOptions>();
     CLI::App* command = commandLine.app().add_subcommand(
-        "sweep",
-        "Scan afresh and move every item found safe to clean to the Trash, in one recorded run. Asks "
-        "first on a terminal; elsewhere needs --yes (or --dry-run).");
-    command->add_flag("--dry-run", options->dryRun,
-                      "Show what would go and how much it would free; nothing is moved");
+        "sweep", "Scan afresh and move every item found safe to clean to the Trash, in one recorded run. Asks "
+                 "first on a terminal; elsewhere needs --yes (or --dry-run).");
+    command->add_flag("--dry-run", options->dryRun, "Show what would go and how much it would free; nothing is moved");
     command->add_flag("--yes", options->yes, "Go ahead without asking");
     addHomeOption(command, options->home);
     addJsonFlag(command, options->json);

@@ -9,7 +9,8 @@ namespace kestrow::cli {
 
 namespace {
 
-QString outcomeWord(const TrashSummary& summary, TrashItemStatus status) {
+QString outcomeWord(const TrashSummary& summary, TrashItemStatus status)
+{
     switch (status) {
     case TrashItemStatus::success:
         return summary.isPermanentPurge() ? QStringLiteral("deleted") : QStringLiteral("trashed");
@@ -23,13 +24,13 @@ QString outcomeWord(const TrashSummary& summary, TrashItemStatus status) {
     return {};
 }
 
-QString trashSummaryText(const TrashSummary& summary) {
+QString trashSummaryText(const TrashSummary& summary)
+{
     QString out;
     for (const TrashItemRecord& record : summary.records()) {
-        out +=
-            QStringLiteral("%1 %2  %3\n")
-                .arg(outcomeWord(summary, record.status).leftJustified(9, QLatin1Char(' ')),
-                     ByteCountFormatter::format(record.allocatedBytes).rightJustified(10), record.sourcePath);
+        out += QStringLiteral("%1 %2  %3\n")
+                   .arg(outcomeWord(summary, record.status).leftJustified(9, QLatin1Char(' ')),
+                        ByteCountFormatter::format(record.allocatedBytes).rightJustified(10), record.sourcePath);
         if (record.errorMessage)
             out += QStringLiteral("          ") + *record.errorMessage + QLatin1Char('\n');
     }
@@ -38,11 +39,9 @@ QString trashSummaryText(const TrashSummary& summary) {
         out += QStringLiteral("\nDry run: %1 (%2) would go to the Trash. Nothing was moved.")
                    .arg(countedItems(summary.successCount()), freed);
     else if (summary.isPermanentPurge())
-        out += QStringLiteral("\nDeleted %1 for good: %2 freed.")
-                   .arg(countedItems(summary.successCount()), freed);
+        out += QStringLiteral("\nDeleted %1 for good: %2 freed.").arg(countedItems(summary.successCount()), freed);
     else
-        out += QStringLiteral("\nMoved %1 to the Trash: %2 freed.")
-                   .arg(countedItems(summary.successCount()), freed);
+        out += QStringLiteral("\nMoved %1 to the Trash: %2 freed.").arg(countedItems(summary.successCount()), freed);
     if (summary.failureCount() > 0)
         out += QStringLiteral(" %1 failed.").arg(countedItems(summary.failureCount()));
     return out + QLatin1Char('\n');
@@ -50,16 +49,19 @@ QString trashSummaryText(const TrashSummary& summary) {
 
 } // namespace
 
-QString countedItems(std::int64_t count) {
+QString countedItems(std::int64_t count)
+{
     return QString::number(count) + (count == 1 ? QStringLiteral(" item") : QStringLiteral(" items"));
 }
 
-TrashPipeline loggedPipeline(const QString& home) {
-    return TrashPipeline({.auditLogger = std::make_shared<AuditLogger>(AuditLogger::Options{.homeURL = home}),
-                          .homeURL = home});
+TrashPipeline loggedPipeline(const QString& home)
+{
+    return TrashPipeline(
+        {.auditLogger = std::make_shared<AuditLogger>(AuditLogger::Options{.homeURL = home}), .homeURL = home});
 }
 
-int reportTrashRun(const TrashSummary& summary, bool json) {
+int reportTrashRun(const TrashSummary& summary, bool json)
+{
     if (json)
         printOut(JsonWriter::write(summary.toJson(DateEncoding::iso8601), {.pretty = true}) + '\n');
     else

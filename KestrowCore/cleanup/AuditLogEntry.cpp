@@ -4,7 +4,8 @@
 
 namespace kestrow {
 
-JsonValue AuditLogEntry::toJson() const {
+JsonValue AuditLogEntry::toJson() const
+{
     JsonValue::Array pathArray;
     for (const QString& path : paths)
         pathArray.emplace_back(path);
@@ -24,7 +25,8 @@ JsonValue AuditLogEntry::toJson() const {
     return json;
 }
 
-AuditLogEntry AuditLogEntry::fromJson(const JsonValue& json) {
+AuditLogEntry AuditLogEntry::fromJson(const JsonValue& json)
+{
     const JsonDecoder in(json, QStringLiteral("AuditLogEntry"));
     const QString typeText = in.string(QStringLiteral("operationType"));
     const auto type = AuditOperationType::fromText(typeText);

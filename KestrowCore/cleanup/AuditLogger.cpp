@@ -27,12 +27,14 @@ namespace {
 
 constexpr mode_t directoryMode = 0700;
 
-QString systemMessage(int errorCode) {
+QString systemMessage(int errorCode)
+{
     return QString::fromStdString(std::generic_category().message(errorCode));
 }
 
 // Writes every byte, across short writes and interruptions; false with errno set on failure.
-bool writeAll(int fd, const QByteArray& bytes) {
+bool writeAll(int fd, const QByteArray& bytes)
+{
     const char* data = bytes.constData();
     qsizetype remaining = bytes.size();
     while (remaining > 0) {
@@ -49,25 +51,26 @@ bool writeAll(int fd, const QByteArray& bytes) {
 }
 
 // Line breaks of the Unicode newline set: LF, VT, FF, CR, NEL, LS, PS.
-bool isNewline(QChar c) {
+bool isNewline(QChar c)
+{
     const char16_t u = c.unicode();
     return (u >= 0x0A && u <= 0x0D) || u == 0x85 || u == 0x2028 || u == 0x2029;
 }
 
-bool isBlank(QStringView line) {
-    return std::all_of(line.begin(), line.end(), [](QChar c) {
-        return c == QLatin1Char('\t') || c.category() == QChar::Separator_Space;
-    });
+bool isBlank(QStringView line)
+{
+    return std::all_of(line.begin(), line.end(),
+                       [](QChar c) { return c == QLatin1Char('\t') || c.category() == QChar::Separator_Space; });
 }
 
 // Code point order of the composed form, so that writer and verifier order any text alike.
-QStringList sortedPaths(const QStringList& paths) {
+QStringList sortedPaths(const QStringList& paths)
+{
     std::vector<std::pair<QByteArray, QString>> keyed;
     keyed.reserve(static_cast<size_t>(paths.size()));
     for (const QString& path : paths)
         keyed.emplace_back(path.normalized(QString::NormalizationForm_C).toUtf8(), path);
-    std::stable_sort(keyed.begin(), keyed.end(),
-                     [](const auto& a, const auto& b) { return a.first < b.first; });
+    std::stable_sort(keyed.begin(), keyed.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
     QStringList sorted;
     sorted.reserve(paths.size());
     for (auto& [key, path] : keyed)
@@ -78,28 +81,35 @@ QStringList sortedPaths(const QStringList& paths) {
 } // namespace
 
 AuditLogger::AuditLogger(Options options)
-    : m_logFileURL(options.logFileURL.value_or(
-          defaultLogFile(options.homeURL.isEmpty() ? QDir::homePath() : options.homeURL)))
-    , m_fileManager(options.fileManager ? std::move(options.fileManager) : std::make_shared<FileManager>()) {}
+    : m_logFileURL(
+          options.logFileURL.value_or(defaultLogFile(options.homeURL.isEmpty() ? QDir::homePath() : options.homeURL)))
+    , m_fileManager(options.fileManager ? std::move(options.fileManager) : std::make_shared<FileManager>())
+{
+}
 
-QString AuditLogger::genesisHash() {
+QString AuditLogger::genesisHash()
+{
     return QString(64, QLatin1Char('0'));
 }
 
-QString AuditLogger::defaultLogDirectory(const QString& homeURL) {
+QString AuditLogger::defaultLogDirectory(const QString& homeURL)
+{
     return PathText::appending(homeURL, QStringLiteral(".kestrow"));
 }
 
-QString AuditLogger::defaultLogFile(const QString& homeURL) {
+QString AuditLogger::defaultLogFile(const QString& homeURL)
+{
     return PathText::appending(defaultLogDirectory(homeURL), QStringLiteral("audit.jsonl"));
 }
 
-std::optional<QString> AuditLogger::lastHash() const {
+std::optional<QString> AuditLogger::lastHash() const
+{
     std::lock_guard operation(m_operation);
     return m_lastHash;
 }
 
-QString AuditLogger::durationText(std::optional<double> durationMs) {
+QString AuditLogger::durationText(std::optional<double> durationMs)
+{
     if (!durationMs)
         return QStringLiteral("0.0");
     const double value = *durationMs;
@@ -113,8 +123,7 @@ QString AuditLogger::durationText(std::optional<double> durationMs) {
 
     // The shortest round-trip digits, as "d.ddde±x"; the layout around them is ours.
     char buffer[40];
-    const auto end =
-        std::to_chars(buffer, buffer + sizeof buffer, std::fabs(value), std::chars_format::scientific).ptr;
+    const auto end = std::to_chars(buffer, buffer + sizeof buffer, std::fabs(value), std::chars_format::scientific).ptr;
     const std::string_view text(buffer, static_cast<size_t>(end - buffer));
     const size_t e = text.find('e');
     QString digits = QString::fromLatin1(text.substr(0, 1));
@@ -140,10 +149,10 @@ QString AuditLogger::durationText(std::optional<double> durationMs) {
     return sign + digits + QString(pointAt - count, QLatin1Char('0')) + QStringLiteral(".0");
 }
 
-QString AuditLogger::computeHash(const QString& previousHash, const QString& timestamp,
-                                 const QString& operationId, const QString& operationType,
-                                 std::int64_t itemsCount, std::int64_t bytesFreed, const QStringList& paths,
-                                 const QString& client, std::optional<double> durationMs) {
+QString AuditLogger::computeHash(const QString& previousHash, const QString& timestamp, const QString& operationId,
+                                 const QString& operationType, std::int64_t itemsCount, std::int64_t bytesFreed,
+                                 const QStringList& paths, const QString& client, std::optional<double> durationMs)
+{
     const QString input = QStringList{previousHash,
                                       timestamp,
                                       operationId,
@@ -157,10 +166,10 @@ QString AuditLogger::computeHash(const QString& previousHash, const QString& tim
     return QString::fromLatin1(QCryptographicHash::hash(input.toUtf8(), QCryptographicHash::Sha256).toHex());
 }
 
-AuditLogEntry AuditLogger::record(const QUuid& operationId, AuditOperationType operationType,
-                                  std::int64_t itemsCount, std::int64_t bytesFreed, const QStringList& paths,
-                                  const QString& client, std::optional<double> durationMs,
-                                  const QDateTime& date) {
+AuditLogEntry AuditLogger::record(const QUuid& operationId, AuditOperationType operationType, std::int64_t itemsCount,
+                                  std::int64_t bytesFreed, const QStringList& paths, const QString& client,
+                                  std::optional<double> durationMs, const QDateTime& date)
+{
     std::lock_guard operation(m_operation);
     createLogDirectory();
     const std::vector<AuditLogEntry> entries = readEntriesLocked();
@@ -177,8 +186,8 @@ AuditLogEntry AuditLogger::record(const QUuid& operationId, AuditOperationType o
         .durationMs = durationMs,
         .previousHash = *m_lastHash,
     };
-    entry.rollingHash = computeHash(entry.previousHash, entry.timestamp, entry.operationId,
-                                    operationType.text(), itemsCount, bytesFreed, paths, client, durationMs);
+    entry.rollingHash = computeHash(entry.previousHash, entry.timestamp, entry.operationId, operationType.text(),
+                                    itemsCount, bytesFreed, paths, client, durationMs);
     // JSON has no text for an infinite or undefined number.
     if (durationMs && !std::isfinite(*durationMs))
         throw AuditLoggerError::writeFailed(QStringLiteral("Failed to encode audit entry to JSON."));
@@ -187,12 +196,14 @@ AuditLogEntry AuditLogger::record(const QUuid& operationId, AuditOperationType o
     return entry;
 }
 
-std::vector<AuditLogEntry> AuditLogger::readEntries() {
+std::vector<AuditLogEntry> AuditLogger::readEntries()
+{
     std::lock_guard operation(m_operation);
     return readEntriesLocked();
 }
 
-std::vector<AuditLogEntry> AuditLogger::readEntriesLocked() const {
+std::vector<AuditLogEntry> AuditLogger::readEntriesLocked() const
+{
     if (!m_fileManager->fileExists(m_logFileURL))
         return {};
     QFile file(m_logFileURL);
@@ -227,7 +238,8 @@ std::vector<AuditLogEntry> AuditLogger::readEntriesLocked() const {
     return entries;
 }
 
-AuditVerificationResult AuditLogger::verifyIntegrity() {
+AuditVerificationResult AuditLogger::verifyIntegrity()
+{
     std::lock_guard operation(m_operation);
     const std::vector<AuditLogEntry> entries = readEntriesLocked();
     const auto total = static_cast<int>(entries.size());
@@ -244,8 +256,7 @@ AuditVerificationResult AuditLogger::verifyIntegrity() {
                         entry.itemsCount, entry.bytesFreed, entry.paths, entry.client, entry.durationMs);
         if (computed != entry.rollingHash) {
             return {false, total, n - 1,
-                    QStringLiteral(
-                        "Rolling hash mismatch at line %1. Content was modified. Computed %2, stored %3")
+                    QStringLiteral("Rolling hash mismatch at line %1. Content was modified. Computed %2, stored %3")
                         .arg(QString::number(n), computed, entry.rollingHash)};
         }
         expected = entry.rollingHash;
@@ -253,7 +264,8 @@ AuditVerificationResult AuditLogger::verifyIntegrity() {
     return {true, total, std::nullopt, std::nullopt};
 }
 
-void AuditLogger::createLogDirectory() const {
+void AuditLogger::createLogDirectory() const
+{
     QStringList missing;
     for (QString folder = PathText::parent(m_logFileURL); !m_fileManager->fileExists(folder);
          folder = PathText::parent(folder)) {
@@ -269,7 +281,8 @@ void AuditLogger::createLogDirectory() const {
     }
 }
 
-void AuditLogger::writeLine(const QByteArray& line) const {
+void AuditLogger::writeLine(const QByteArray& line) const
+{
     const QByteArray path = QFile::encodeName(m_logFileURL);
     if (m_fileManager->fileExists(m_logFileURL)) {
         int fd;
@@ -277,8 +290,7 @@ void AuditLogger::writeLine(const QByteArray& line) const {
             fd = ::open(path.constData(), O_WRONLY | O_APPEND | O_CLOEXEC);
         } while (fd < 0 && errno == EINTR);
         if (fd < 0)
-            throw AuditLoggerError::writeFailed(
-                QStringLiteral("Unable to open log file handle for writing."));
+            throw AuditLoggerError::writeFailed(QStringLiteral("Unable to open log file handle for writing."));
         const bool written = writeAll(fd, line) && ::fsync(fd) == 0;
         const int failure = errno;
         ::close(fd);
@@ -293,15 +305,13 @@ void AuditLogger::writeLine(const QByteArray& line) const {
     QByteArray temporary = path + ".XXXXXX";
     const int fd = ::mkostemp(temporary.data(), O_CLOEXEC);
     if (fd < 0)
-        throw AuditLoggerError::writeFailed(QStringLiteral("Unable to create log file: ") +
-                                            systemMessage(errno));
+        throw AuditLoggerError::writeFailed(QStringLiteral("Unable to create log file: ") + systemMessage(errno));
     const bool written = writeAll(fd, line) && ::fsync(fd) == 0;
     int failure = errno;
     ::close(fd);
     if (written && ::rename(temporary.constData(), path.constData()) == 0) {
         // The new name must reach the disk too.
-        const int folder =
-            ::open(QFile::encodeName(PathText::parent(m_logFileURL)).constData(), O_RDONLY | O_CLOEXEC);
+        const int folder = ::open(QFile::encodeName(PathText::parent(m_logFileURL)).constData(), O_RDONLY | O_CLOEXEC);
         if (folder >= 0) {
             ::fsync(folder);
             ::close(folder);
@@ -311,8 +321,7 @@ void AuditLogger::writeLine(const QByteArray& line) const {
     if (written)
         failure = errno;
     ::unlink(temporary.constData());
-    throw AuditLoggerError::writeFailed(QStringLiteral("Unable to create log file: ") +
-                                        systemMessage(failure));
+    throw AuditLoggerError::writeFailed(QStringLiteral("Unable to create log file: ") + systemMessage(failure));
 }
 
 } // namespace kestrow

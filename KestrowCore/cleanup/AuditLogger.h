@@ -50,9 +50,8 @@ public:
     // The hex SHA-256 that chains a line: writer and verifier both come here.
     [[nodiscard]] static QString computeHash(const QString& previousHash, const QString& timestamp,
                                              const QString& operationId, const QString& operationType,
-                                             std::int64_t itemsCount, std::int64_t bytesFreed,
-                                             const QStringList& paths, const QString& client,
-                                             std::optional<double> durationMs);
+                                             std::int64_t itemsCount, std::int64_t bytesFreed, const QStringList& paths,
+                                             const QString& client, std::optional<double> durationMs);
     // The duration as the hash input writes it: "0.0" when absent, else the shortest text that
     // reads back as the same value, always with a fraction ("1250.0"), in exponent form below
     // 0.0001 and above 2^53 ("1e-05", "1e+16").

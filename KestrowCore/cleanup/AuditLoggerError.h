@@ -23,7 +23,8 @@ public:
     [[nodiscard]] int line() const { return m_line; }
     [[nodiscard]] QString description() const override;
 
-    friend bool operator==(const AuditLoggerError& a, const AuditLoggerError& b) {
+    friend bool operator==(const AuditLoggerError& a, const AuditLoggerError& b)
+    {
         return a.m_case == b.m_case && a.m_message == b.m_message && a.m_line == b.m_line;
     }
 

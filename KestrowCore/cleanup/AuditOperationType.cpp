@@ -5,12 +5,13 @@
 namespace kestrow {
 
 namespace {
-constexpr std::array<AuditOperationType::Value, 5> allValues{
-    AuditOperationType::scan, AuditOperationType::dryRun, AuditOperationType::trash,
-    AuditOperationType::purge, AuditOperationType::restore};
+constexpr std::array<AuditOperationType::Value, 5> allValues{AuditOperationType::scan, AuditOperationType::dryRun,
+                                                             AuditOperationType::trash, AuditOperationType::purge,
+                                                             AuditOperationType::restore};
 }
 
-QString AuditOperationType::text() const {
+QString AuditOperationType::text() const
+{
     switch (m_value) {
     case scan:
         return QStringLiteral("scan");
@@ -26,7 +27,8 @@ QString AuditOperationType::text() const {
     return {};
 }
 
-std::optional<AuditOperationType> AuditOperationType::fromText(const QString& text) {
+std::optional<AuditOperationType> AuditOperationType::fromText(const QString& text)
+{
     for (const Value value : allValues) {
         if (AuditOperationType(value).text() == text)
             return AuditOperationType(value);

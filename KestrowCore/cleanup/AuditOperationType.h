@@ -13,7 +13,9 @@ public:
     enum Value : int { scan, dryRun, trash, purge, restore };
 
     constexpr AuditOperationType(Value value)
-        : m_value(value) {}
+        : m_value(value)
+    {
+    }
     constexpr operator Value() const { return m_value; }
 
     [[nodiscard]] QString text() const;

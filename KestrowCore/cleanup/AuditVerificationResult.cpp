@@ -2,7 +2,8 @@
 
 namespace kestrow {
 
-JsonValue AuditVerificationResult::toJson() const {
+JsonValue AuditVerificationResult::toJson() const
+{
     JsonValue json = JsonValue::object({
         {QStringLiteral("isValid"), isValid},
         {QStringLiteral("totalEntries"), totalEntries},

@@ -5,17 +5,20 @@
 
 namespace kestrow {
 
-QString TrashItemRecord::sourceURL() const {
+QString TrashItemRecord::sourceURL() const
+{
     return PathText::fileURLString(sourcePath);
 }
 
-std::optional<QString> TrashItemRecord::trashURL() const {
+std::optional<QString> TrashItemRecord::trashURL() const
+{
     if (!trashPath)
         return std::nullopt;
     return PathText::fileURLString(*trashPath);
 }
 
-JsonValue TrashItemRecord::toJson() const {
+JsonValue TrashItemRecord::toJson() const
+{
     JsonValue json = JsonValue::object({
         {QStringLiteral("id"), uuidText(id)},
         {QStringLiteral("sourceURL"), sourceURL()},

@@ -2,7 +2,8 @@
 
 namespace kestrow {
 
-QString TrashItemStatus::rawValue() const {
+QString TrashItemStatus::rawValue() const
+{
     switch (m_value) {
     case success:
         return QStringLiteral("SUCCESS");

@@ -11,7 +11,9 @@ public:
     enum Value : int { success, simulated, failed, skipped };
 
     constexpr TrashItemStatus(Value value)
-        : m_value(value) {}
+        : m_value(value)
+    {
+    }
     constexpr operator Value() const { return m_value; }
 
     [[nodiscard]] QString rawValue() const;

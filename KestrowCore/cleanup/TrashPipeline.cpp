@@ -14,15 +14,19 @@ namespace {
 class CountingSink : public WalkSink {
 public:
     explicit CountingSink(const QString& root)
-        : m_root(root) {}
+        : m_root(root)
+    {
+    }
 
-    void regularFile(const FileStatus& status) override {
+    void regularFile(const FileStatus& status) override
+    {
         ++fileCount;
         allocatedBytes += status.allocatedSize;
         logicalBytes += status.size;
     }
 
-    void unreadableDirectory(const QString& path, int) override {
+    void unreadableDirectory(const QString& path, int) override
+    {
         if (path == m_root)
             rootUnreadable = true;
     }
@@ -38,7 +42,8 @@ private:
 
 TrashItemRecord makeRecord(const QString& path, const MeasuredMetrics& metrics, TrashItemStatus status,
                            std::optional<QString> trashPath = std::nullopt,
-                           std::optional<QString> errorMessage = std::nullopt) {
+                           std::optional<QString> errorMessage = std::nullopt)
+{
     return TrashItemRecord{
         .id = QUuid::createUuid(),
         .sourcePath = path,
@@ -57,16 +62,19 @@ TrashItemRecord makeRecord(const QString& path, const MeasuredMetrics& metrics, 
 TrashPipeline::TrashPipeline(Options options)
     : m_fileManager(options.fileManager ? std::move(options.fileManager) : std::make_shared<FileManager>())
     , m_auditLogger(std::move(options.auditLogger))
-    , m_homeURL(options.homeURL.isEmpty() ? QDir::homePath() : std::move(options.homeURL)) {}
+    , m_homeURL(options.homeURL.isEmpty() ? QDir::homePath() : std::move(options.homeURL))
+{
+}
 
-TrashSummary TrashPipeline::trash(const QStringList& urls, bool dryRun, const QString& client) const {
+TrashSummary TrashPipeline::trash(const QStringList& urls, bool dryRun, const QString& client) const
+{
     if (urls.isEmpty())
         throw TrashPipelineError::emptyTargetList();
     return run(urls, dryRun, false, client);
 }
 
-TrashSummary TrashPipeline::purgePermanently(const QStringList& urls, bool confirmed,
-                                             const QString& client) const {
+TrashSummary TrashPipeline::purgePermanently(const QStringList& urls, bool confirmed, const QString& client) const
+{
     if (!confirmed)
         throw TrashPipelineError::unconfirmedPermanentPurge();
     if (urls.isEmpty())
@@ -74,8 +82,8 @@ TrashSummary TrashPipeline::purgePermanently(const QStringList& urls, bool confi
     return run(urls, false, true, client);
 }
 
-TrashSummary TrashPipeline::run(const QStringList& urls, bool dryRun, bool permanentPurge,
-                                const QString& client) const {
+TrashSummary TrashPipeline::run(const QStringList& urls, bool dryRun, bool permanentPurge, const QString& client) const
+{
     const QDateTime startedAt = QDateTime::currentDateTimeUtc();
     const QUuid operationId = QUuid::createUuid();
     std::vector<TrashItemRecord> records;
@@ -95,9 +103,9 @@ TrashSummary TrashPipeline::run(const QStringList& urls, bool dryRun, bool perma
                                         : dryRun       ? AuditOperationType::dryRun
                                                        : AuditOperationType::trash;
         try {
-            m_auditLogger->record(operationId, type, summary.successCount(),
-                                  summary.totalAllocatedBytesFreed(), freedPaths, client,
-                                  summary.durationSeconds() * 1000.0, QDateTime::currentDateTimeUtc());
+            m_auditLogger->record(operationId, type, summary.successCount(), summary.totalAllocatedBytesFreed(),
+                                  freedPaths, client, summary.durationSeconds() * 1000.0,
+                                  QDateTime::currentDateTimeUtc());
         } catch (const AuditLoggerError&) {
             // The run happened whether or not the log could take its line.
         }
@@ -105,7 +113,8 @@ TrashSummary TrashPipeline::run(const QStringList& urls, bool dryRun, bool perma
     return summary;
 }
 
-TrashItemRecord TrashPipeline::processItem(const QString& path, bool dryRun, bool permanentPurge) const {
+TrashItemRecord TrashPipeline::processItem(const QString& path, bool dryRun, bool permanentPurge) const
+{
     try {
         SandboxValidator::validate(path, m_homeURL);
     } catch (const SandboxSecurityError& error) {
@@ -125,11 +134,11 @@ TrashItemRecord TrashPipeline::processItem(const QString& path, bool dryRun, boo
         permanentPurge ? m_fileManager->removeItem(path) : m_fileManager->trashItem(path);
     if (!outcome.succeeded)
         return makeRecord(path, metrics, TrashItemStatus::failed, std::nullopt, outcome.errorDescription);
-    return makeRecord(path, metrics, TrashItemStatus::success,
-                      permanentPurge ? std::nullopt : outcome.resultingPath);
+    return makeRecord(path, metrics, TrashItemStatus::success, permanentPurge ? std::nullopt : outcome.resultingPath);
 }
 
-MeasuredMetrics TrashPipeline::computeItemMetrics(const QString& path) const {
+MeasuredMetrics TrashPipeline::computeItemMetrics(const QString& path) const
+{
     bool isDirectory = false;
     if (!m_fileManager->fileExists(path, &isDirectory))
         return {};
@@ -144,7 +153,8 @@ MeasuredMetrics TrashPipeline::computeItemMetrics(const QString& path) const {
             .fileCount = std::max<std::int64_t>(sink.fileCount, 1)};
 }
 
-MeasuredMetrics TrashPipeline::getFileSize(const QString& path) const {
+MeasuredMetrics TrashPipeline::getFileSize(const QString& path) const
+{
     // What the path leads to, as the existence test saw it. A folder has no size of its own.
     const std::optional<FileStatus> status = m_fileManager->status(path, true);
     if (!status || status->isDirectory())

@@ -4,33 +4,42 @@ namespace kestrow {
 
 TrashPipelineError::TrashPipelineError(Case kind, QString detail)
     : m_case(kind)
-    , m_detail(std::move(detail)) {}
+    , m_detail(std::move(detail))
+{
+}
 
-TrashPipelineError TrashPipelineError::sandboxViolation(QString detail) {
+TrashPipelineError TrashPipelineError::sandboxViolation(QString detail)
+{
     return {Case::sandboxViolation, std::move(detail)};
 }
 
-TrashPipelineError TrashPipelineError::itemNotFound(QString detail) {
+TrashPipelineError TrashPipelineError::itemNotFound(QString detail)
+{
     return {Case::itemNotFound, std::move(detail)};
 }
 
-TrashPipelineError TrashPipelineError::itemLockedOrPermissionDenied(QString detail) {
+TrashPipelineError TrashPipelineError::itemLockedOrPermissionDenied(QString detail)
+{
     return {Case::itemLockedOrPermissionDenied, std::move(detail)};
 }
 
-TrashPipelineError TrashPipelineError::underlyingError(QString detail) {
+TrashPipelineError TrashPipelineError::underlyingError(QString detail)
+{
     return {Case::underlyingError, std::move(detail)};
 }
 
-TrashPipelineError TrashPipelineError::unconfirmedPermanentPurge() {
+TrashPipelineError TrashPipelineError::unconfirmedPermanentPurge()
+{
     return {Case::unconfirmedPermanentPurge};
 }
 
-TrashPipelineError TrashPipelineError::emptyTargetList() {
+TrashPipelineError TrashPipelineError::emptyTargetList()
+{
     return {Case::emptyTargetList};
 }
 
-QString TrashPipelineError::description() const {
+QString TrashPipelineError::description() const
+{
     switch (m_case) {
     case Case::sandboxViolation:
         return QStringLiteral("Sandbox security violation: Path is forbidden: ") + m_detail;

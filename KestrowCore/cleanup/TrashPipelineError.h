@@ -31,7 +31,8 @@ public:
     [[nodiscard]] const QString& detail() const { return m_detail; }
     [[nodiscard]] QString description() const override;
 
-    friend bool operator==(const TrashPipelineError& a, const TrashPipelineError& b) {
+    friend bool operator==(const TrashPipelineError& a, const TrashPipelineError& b)
+    {
         return a.m_case == b.m_case && a.m_detail == b.m_detail;
     }
 

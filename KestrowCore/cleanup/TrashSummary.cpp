@@ -12,7 +12,8 @@ TrashSummary::TrashSummary(QUuid operationId, bool isDryRun, bool isPermanentPur
     , m_records(std::move(records))
     , m_startedAt(std::move(startedAt))
     , m_completedAt(std::move(completedAt))
-    , m_durationSeconds(static_cast<double>(m_startedAt.msecsTo(m_completedAt)) / 1000.0) {
+    , m_durationSeconds(static_cast<double>(m_startedAt.msecsTo(m_completedAt)) / 1000.0)
+{
     for (const TrashItemRecord& record : m_records) {
         if (record.status.countsAsFreed()) {
             ++m_successCount;
@@ -24,7 +25,8 @@ TrashSummary::TrashSummary(QUuid operationId, bool isDryRun, bool isPermanentPur
     }
 }
 
-JsonValue TrashSummary::toJson(DateEncoding dates) const {
+JsonValue TrashSummary::toJson(DateEncoding dates) const
+{
     JsonValue::Array recordArray;
     recordArray.reserve(m_records.size());
     for (const TrashItemRecord& record : m_records)

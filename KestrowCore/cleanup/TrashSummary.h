@@ -15,8 +15,8 @@ namespace kestrow {
 // reports what would be freed in the same fields as a real run.
 class TrashSummary {
 public:
-    TrashSummary(QUuid operationId, bool isDryRun, bool isPermanentPurge,
-                 std::vector<TrashItemRecord> records, QDateTime startedAt, QDateTime completedAt);
+    TrashSummary(QUuid operationId, bool isDryRun, bool isPermanentPurge, std::vector<TrashItemRecord> records,
+                 QDateTime startedAt, QDateTime completedAt);
 
     [[nodiscard]] const QUuid& operationId() const { return m_operationId; }
     [[nodiscard]] bool isDryRun() const { return m_isDryRun; }

@@ -266,8 +266,7 @@ FileOperationResult FileManager::trashItem(const QString& path) const
     };
     if (!QDir::isAbsolutePath(data) || !folders.mkpath(data) || !ensure(homeTrash) ||
         !ensure(homeTrash + QStringLiteral("/files")) || !ensure(homeTrash + QStringLiteral("/info")))
-        return {false, std::nullopt,
-                QStringLiteral("The Trash folder %1 could not be set up.").arg(homeTrash)};
+        return {false, std::nullopt, QStringLiteral("The Trash folder %1 could not be set up.").arg(homeTrash)};
 #endif
     QFile item(path);
     if (!item.moveToTrash())
@@ -296,8 +295,7 @@ FileOperationResult FileManager::removeItem(const QString& path) const
     }
     if (error == 0)
         return {true, std::nullopt, {}};
-    const QString failed =
-        failedPath.empty() ? path : QFile::decodeName(QByteArray::fromStdString(failedPath));
+    const QString failed = failedPath.empty() ? path : QFile::decodeName(QByteArray::fromStdString(failedPath));
     return {false, std::nullopt,
             QStringLiteral("Could not remove \u201c%1\u201d: %2")
                 .arg(failed, QString::fromStdString(std::generic_category().message(error)))};

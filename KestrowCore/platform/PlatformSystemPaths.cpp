@@ -26,9 +26,9 @@ const QStringList& PlatformSystemPaths::userHomeRoots()
 
 const QStringList& PlatformSystemPaths::systemPrefixes()
 {
-    static const QStringList prefixes{QStringLiteral("/boot"),  QStringLiteral("/lib"),  QStringLiteral("/lib32"),
+    static const QStringList prefixes{QStringLiteral("/boot"),  QStringLiteral("/lib"),    QStringLiteral("/lib32"),
                                       QStringLiteral("/lib64"), QStringLiteral("/libx32"), QStringLiteral("/proc"),
-                                      QStringLiteral("/sys"),   QStringLiteral("/run"),  QStringLiteral("/snap")};
+                                      QStringLiteral("/sys"),   QStringLiteral("/run"),    QStringLiteral("/snap")};
     return prefixes;
 }
 

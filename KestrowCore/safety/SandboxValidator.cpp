@@ -28,8 +28,7 @@ bool isInside(const QString& path, const QString& directory)
 }
 
 // Lower-case prefix tests of the system check. `lowered` is the path in lower case.
-template <typename Text>
-bool isOrUnder(const QString& lowered, const Text& directory)
+template <typename Text> bool isOrUnder(const QString& lowered, const Text& directory)
 {
     return lowered == directory || lowered.startsWith(directory + QLatin1Char('/'));
 }

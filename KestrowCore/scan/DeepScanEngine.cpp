@@ -1,5 +1,6 @@
 #include "scan/DeepScanEngine.h"
 
+#include "scan/RuleStage.h"
 #include "support/PathText.h"
 
 #include <QDateTime>
@@ -42,8 +43,7 @@ void checkCancellation(const std::stop_token& stop)
 }
 
 // Runs one stage; any failure but cancellation becomes a warning with the stage's prefix.
-template <typename Stage>
-void runStage(const char* prefix, QStringList& warnings, Stage&& stage)
+template <typename Stage> void runStage(const char* prefix, QStringList& warnings, Stage&& stage)
 {
     try {
         stage();
@@ -67,9 +67,9 @@ std::optional<QDateTime> later(const std::optional<QDateTime>& a, const std::opt
 
 DiscoveredItem merge(const DiscoveredItem& existing, const DiscoveredItem& incoming)
 {
-    const bool incomingLeads = incoming.riskTier > existing.riskTier ||
-                               (incoming.riskTier == existing.riskTier &&
-                                existing.allocatedSizeBytes < incoming.allocatedSizeBytes);
+    const bool incomingLeads =
+        incoming.riskTier > existing.riskTier ||
+        (incoming.riskTier == existing.riskTier && existing.allocatedSizeBytes < incoming.allocatedSizeBytes);
     const DiscoveredItem& primary = incomingLeads ? incoming : existing;
     const DiscoveredItem& secondary = incomingLeads ? existing : incoming;
     return DiscoveredItem{
@@ -98,19 +98,18 @@ DeepScanEngine::DeepScanEngine(Options options)
     , m_fileManager(options.fileManager ? std::move(options.fileManager) : std::make_shared<FileManager>())
     , m_ruleRegistry(std::move(options.ruleRegistry))
     , m_isProcessRunning(std::move(options.isProcessRunning))
-    , m_thermalGovernor(options.thermalGovernor ? std::move(options.thermalGovernor)
-                                                : std::make_shared<ThermalGovernor>())
+    , m_thermalGovernor(options.thermalGovernor ? std::move(options.thermalGovernor) : ThermalGovernor::makeDefault())
     , m_developerTargets({.homeURL = m_homeURL,
                           .applicationsURLs = m_applicationsURLs,
                           .projectRoots = std::move(options.projectRoots),
                           .fileManager = m_fileManager,
                           .ruleRegistry = m_ruleRegistry,
                           .isProcessRunning = m_isProcessRunning,
-                          .riskClassifier = {}})
+                          .riskClassifier = RiskClassifier(m_homeURL, m_ruleRegistry, m_fileManager)})
     , m_systemTargets({.homeURL = m_homeURL,
                        .fileManager = m_fileManager,
                        .ruleRegistry = m_ruleRegistry,
-                       .riskClassifier = {}})
+                       .riskClassifier = RiskClassifier(m_homeURL, m_ruleRegistry, m_fileManager)})
 {
 }
 
@@ -155,6 +154,19 @@ ScanResult DeepScanEngine::scan(const std::optional<CategorySet>& categories, co
         });
     }
 
+    // The rule stage runs whatever was requested; it picks the rules of the requested categories.
+    if (m_ruleRegistry) {
+        checkCancellation(stop);
+        governor.checkpoint(stop);
+        runStage("Dynamic rules scan error: ", warnings, [&] {
+            const RuleStage stage(
+                {.homeURL = m_homeURL, .fileManager = m_fileManager, .thermalGovernor = m_thermalGovernor});
+            auto found = governor.withPermit(
+                stop, [&] { return stage.scanRegistryRules(*m_ruleRegistry, requested, progress, stop); });
+            items.insert(items.end(), found.begin(), found.end());
+        });
+    }
+
     ScanResult result;
     result.scanId = scanId;
     result.startedAt = startedAt;
@@ -173,8 +185,8 @@ std::unique_ptr<ScanEventStream> DeepScanEngine::scanStream(const std::optional<
 {
     return std::make_unique<ScanEventStream>(
         [this, categories](const std::function<void(ScanProgressEvent)>& yield, std::stop_token stop) {
-            const ScanResult result =
-                scan(categories, [&yield](const ScanProgress& progress) { yield({progress}); }, stop);
+            const ScanResult result = scan(
+                categories, [&yield](const ScanProgress& progress) { yield({progress}); }, stop);
             for (const DiscoveredItem& item : result.items)
                 yield({item});
             yield({result});

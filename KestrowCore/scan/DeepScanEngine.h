@@ -44,7 +44,8 @@ public:
 
     // The same scan on a thread of its own, delivered as events: progress while scanning,
     // then every item, then the result. The engine must outlive the stream.
-    [[nodiscard]] std::unique_ptr<ScanEventStream> scanStream(const std::optional<CategorySet>& categories = std::nullopt);
+    [[nodiscard]] std::unique_ptr<ScanEventStream>
+    scanStream(const std::optional<CategorySet>& categories = std::nullopt);
 
     // Merges items of equal standardised path and sorts them, largest first.
     [[nodiscard]] static std::vector<DiscoveredItem> deduplicate(const std::vector<DiscoveredItem>& items);

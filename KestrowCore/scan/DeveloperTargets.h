@@ -27,7 +27,7 @@ public:
         std::shared_ptr<const FileManager> fileManager;
         std::shared_ptr<RuleRegistry> ruleRegistry;
         std::function<bool(const QString&)> isProcessRunning; // default: defaultProcessChecker
-        std::optional<RiskClassifier> riskClassifier; // default: on the same home, registry and file manager
+        std::optional<RiskClassifier> riskClassifier;         // default: on the same home, registry and file manager
     };
 
     explicit DeveloperTargets(Options options);

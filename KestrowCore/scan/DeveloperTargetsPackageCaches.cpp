@@ -21,10 +21,8 @@ struct Folder {
 
 TargetScan::Location cacheLocation(const QString& path, const QString& description, const QString& ruleId)
 {
-    return {.path = path,
-            .category = StorageCategory::developerCache,
-            .description = description,
-            .defaultRuleId = ruleId};
+    return {
+        .path = path, .category = StorageCategory::developerCache, .description = description, .defaultRuleId = ruleId};
 }
 
 void scanNpm(TargetScan& scan, const FileManager& fileManager, const QString& home)
@@ -93,8 +91,7 @@ void scanHomebrewDownloads(TargetScan& scan, const FileManager& fileManager, con
     for (const DirectoryEntry& entry : listing.entries) {
         const QString path = PathText::appending(downloads, entry.name);
         if (isIncompleteDownload(entry.name))
-            scan.emitIfContent(cacheLocation(path,
-                                             QStringLiteral("Homebrew Incomplete Download: ") + entry.name,
+            scan.emitIfContent(cacheLocation(path, QStringLiteral("Homebrew Incomplete Download: ") + entry.name,
                                              QStringLiteral("dev.homebrew.incomplete")));
         else
             finished.append(path);
@@ -105,9 +102,8 @@ void scanHomebrewDownloads(TargetScan& scan, const FileManager& fileManager, con
     for (const QString& path : finished)
         addMetrics(total, scan.measure(path));
     if (total.fileCount >= 1 && (total.allocatedBytes > 0 || total.logicalBytes >= 1))
-        scan.emit(
-            cacheLocation(downloads, QStringLiteral("Homebrew Downloaded Bottles & Packages"), cacheRuleId),
-            total);
+        scan.emit(cacheLocation(downloads, QStringLiteral("Homebrew Downloaded Bottles & Packages"), cacheRuleId),
+                  total);
 }
 
 bool holdsGit(const FileManager& fileManager, const QString& folder)
@@ -178,14 +174,13 @@ bool markerTargetExists(const FileManager& fileManager, const QString& target, c
 {
     if (target.isEmpty())
         return true;
-    return fileManager.fileExists(
-        target.startsWith(QLatin1Char('/')) ? target : PathText::appending(markerFolder, target));
+    return fileManager.fileExists(target.startsWith(QLatin1Char('/')) ? target
+                                                                      : PathText::appending(markerFolder, target));
 }
 
 TargetScan::Location orphanedWorktree(const QString& path, const QString& description)
 {
-    TargetScan::Location location =
-        cacheLocation(path, description, QStringLiteral("dev.git.orphaned_worktrees"));
+    TargetScan::Location location = cacheLocation(path, description, QStringLiteral("dev.git.orphaned_worktrees"));
     location.isOrphaned = true;
     return location;
 }
@@ -206,8 +201,7 @@ void scanRepositoryWorktrees(TargetScan& scan, const FileManager& fileManager, c
         const QLatin1String prefix("gitdir:");
         const QString target = marker->startsWith(prefix) ? marker->mid(prefix.size()).trimmed() : *marker;
         if (!markerTargetExists(fileManager, target, repository))
-            scan.emitIfContent(
-                orphanedWorktree(repository, QStringLiteral("Orphaned Git Worktree Checkout: ") + name));
+            scan.emitIfContent(orphanedWorktree(repository, QStringLiteral("Orphaned Git Worktree Checkout: ") + name));
         return;
     }
 
@@ -238,8 +232,7 @@ void DeveloperTargets::scanPackageManagerCaches(TargetScan& scan) const
     scanNpm(scan, *m_fileManager, m_homeURL);
 
     scan.emitIfContent(cacheLocation(home(QStringLiteral(".bun/install/cache")),
-                                     QStringLiteral("Bun Package Install Cache"),
-                                     QStringLiteral("dev.bun.cache")));
+                                     QStringLiteral("Bun Package Install Cache"), QStringLiteral("dev.bun.cache")));
 
     for (const char* relative : {".cache/pip", "Library/Caches/pip"})
         scan.emitIfContent(cacheLocation(home(QLatin1String(relative)),
@@ -257,10 +250,10 @@ void DeveloperTargets::scanPackageManagerCaches(TargetScan& scan) const
                      QStringLiteral("dev.cargo.cache"), QLatin1String("/.cargo/bin"));
 
     for (const char* relative : {".local/share/pnpm/store", "Library/pnpm/store", ".pnpm-store"})
-        scan.emitIfContent(cacheLocation(home(QLatin1String(relative)),
-                                         QStringLiteral("pnpm Virtual Store (~/") + QLatin1String(relative) +
-                                             QLatin1Char(')'),
-                                         QStringLiteral("dev.pnpm.store")));
+        scan.emitIfContent(
+            cacheLocation(home(QLatin1String(relative)),
+                          QStringLiteral("pnpm Virtual Store (~/") + QLatin1String(relative) + QLatin1Char(')'),
+                          QStringLiteral("dev.pnpm.store")));
 }
 
 void DeveloperTargets::scanHomebrewCaches(TargetScan& scan) const
@@ -321,9 +314,8 @@ void DeveloperTargets::scanGitWorktrees(TargetScan& scan) const
     QSet<QString> seen;
     for (const QString& folder : startFolders) {
         scan.checkCancellation();
-        const QStringList found = holdsGit(*m_fileManager, folder)
-                                      ? QStringList{folder}
-                                      : discoverGitRepositories(*m_fileManager, folder);
+        const QStringList found =
+            holdsGit(*m_fileManager, folder) ? QStringList{folder} : discoverGitRepositories(*m_fileManager, folder);
         for (const QString& repository : found) {
             const QString standardized = PathText::removingDotComponents(repository);
             if (seen.contains(standardized))

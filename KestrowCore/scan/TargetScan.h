@@ -16,8 +16,8 @@ namespace kestrow {
 // report for that item follows.
 class TargetScan {
 public:
-    TargetScan(const ItemMeasurer& measurer, const RiskClassifier& riskClassifier,
-               const ScanProgressCallback& progress, std::stop_token stop);
+    TargetScan(const ItemMeasurer& measurer, const RiskClassifier& riskClassifier, const ScanProgressCallback& progress,
+               std::stop_token stop);
 
     struct Location {
         QString path;

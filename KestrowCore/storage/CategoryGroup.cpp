@@ -5,12 +5,18 @@ namespace kestrow {
 QString CategoryGroup::rawValue() const
 {
     switch (m_value) {
-    case developer: return QStringLiteral("DEVELOPER");
-    case system: return QStringLiteral("SYSTEM");
-    case applications: return QStringLiteral("APPLICATIONS");
-    case files: return QStringLiteral("FILES");
-    case startup: return QStringLiteral("STARTUP");
-    case dynamic: return QStringLiteral("DYNAMIC");
+    case developer:
+        return QStringLiteral("DEVELOPER");
+    case system:
+        return QStringLiteral("SYSTEM");
+    case applications:
+        return QStringLiteral("APPLICATIONS");
+    case files:
+        return QStringLiteral("FILES");
+    case startup:
+        return QStringLiteral("STARTUP");
+    case dynamic:
+        return QStringLiteral("DYNAMIC");
     }
     return {};
 }
@@ -18,12 +24,18 @@ QString CategoryGroup::rawValue() const
 QString CategoryGroup::displayName() const
 {
     switch (m_value) {
-    case developer: return QStringLiteral("Developer & AI");
-    case system: return QStringLiteral("System Junk");
-    case applications: return QStringLiteral("Applications & Leftovers");
-    case files: return QStringLiteral("Large & Old Files");
-    case startup: return QStringLiteral("Startup Items");
-    case dynamic: return QStringLiteral("Adaptive Rules");
+    case developer:
+        return QStringLiteral("Developer & AI");
+    case system:
+        return QStringLiteral("System Junk");
+    case applications:
+        return QStringLiteral("Applications & Leftovers");
+    case files:
+        return QStringLiteral("Large & Old Files");
+    case startup:
+        return QStringLiteral("Startup Items");
+    case dynamic:
+        return QStringLiteral("Adaptive Rules");
     }
     return {};
 }

@@ -12,7 +12,10 @@ class CategoryGroup {
 public:
     enum Value : int { developer, system, applications, files, startup, dynamic };
 
-    constexpr CategoryGroup(Value value) : m_value(value) {}
+    constexpr CategoryGroup(Value value)
+        : m_value(value)
+    {
+    }
     constexpr operator Value() const { return m_value; }
 
     [[nodiscard]] QString rawValue() const;

@@ -5,7 +5,10 @@
 
 namespace kestrow {
 
-QString CategorySummary::formattedAllocatedBytes() const { return ByteCountFormatter::format(totalAllocatedBytes); }
+QString CategorySummary::formattedAllocatedBytes() const
+{
+    return ByteCountFormatter::format(totalAllocatedBytes);
+}
 
 JsonValue CategorySummary::toJson() const
 {

@@ -18,9 +18,18 @@ QUuid uuidFromText(const JsonDecoder& decoder, const QString& key)
     return id;
 }
 
-QString DiscoveredItem::url() const { return PathText::fileURLString(path); }
-QString DiscoveredItem::formattedAllocatedSize() const { return ByteCountFormatter::format(allocatedSizeBytes); }
-QString DiscoveredItem::formattedLogicalSize() const { return ByteCountFormatter::format(logicalSizeBytes); }
+QString DiscoveredItem::url() const
+{
+    return PathText::fileURLString(path);
+}
+QString DiscoveredItem::formattedAllocatedSize() const
+{
+    return ByteCountFormatter::format(allocatedSizeBytes);
+}
+QString DiscoveredItem::formattedLogicalSize() const
+{
+    return ByteCountFormatter::format(logicalSizeBytes);
+}
 
 JsonValue DiscoveredItem::toJson(DateEncoding dates) const
 {

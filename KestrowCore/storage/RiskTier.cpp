@@ -7,9 +7,12 @@ namespace kestrow {
 QString RiskTier::rawValue() const
 {
     switch (m_value) {
-    case safeToDelete: return QStringLiteral("SAFE_TO_DELETE");
-    case reviewRequired: return QStringLiteral("REVIEW_REQUIRED");
-    case keep: return QStringLiteral("KEEP");
+    case safeToDelete:
+        return QStringLiteral("SAFE_TO_DELETE");
+    case reviewRequired:
+        return QStringLiteral("REVIEW_REQUIRED");
+    case keep:
+        return QStringLiteral("KEEP");
     }
     return {};
 }
@@ -17,9 +20,12 @@ QString RiskTier::rawValue() const
 QString RiskTier::displayName() const
 {
     switch (m_value) {
-    case safeToDelete: return QStringLiteral("Safe to Clean");
-    case reviewRequired: return QStringLiteral("Review Required");
-    case keep: return QStringLiteral("Protected (Keep)");
+    case safeToDelete:
+        return QStringLiteral("Safe to Clean");
+    case reviewRequired:
+        return QStringLiteral("Review Required");
+    case keep:
+        return QStringLiteral("Protected (Keep)");
     }
     return {};
 }
@@ -27,9 +33,12 @@ QString RiskTier::displayName() const
 QString RiskTier::symbolName() const
 {
     switch (m_value) {
-    case safeToDelete: return QStringLiteral("checkmark.shield.fill");
-    case reviewRequired: return QStringLiteral("exclamationmark.triangle.fill");
-    case keep: return QStringLiteral("lock.shield.fill");
+    case safeToDelete:
+        return QStringLiteral("checkmark.shield.fill");
+    case reviewRequired:
+        return QStringLiteral("exclamationmark.triangle.fill");
+    case keep:
+        return QStringLiteral("lock.shield.fill");
     }
     return {};
 }

@@ -2,7 +2,9 @@
 
 #include <QString>
 
-namespace kestrow { class JsonDecoder; }
+namespace kestrow {
+class JsonDecoder;
+}
 
 #include <array>
 #include <optional>
@@ -14,7 +16,10 @@ class RiskTier {
 public:
     enum Value : int { safeToDelete, reviewRequired, keep };
 
-    constexpr RiskTier(Value value) : m_value(value) {}
+    constexpr RiskTier(Value value)
+        : m_value(value)
+    {
+    }
     constexpr operator Value() const { return m_value; }
 
     [[nodiscard]] QString rawValue() const;

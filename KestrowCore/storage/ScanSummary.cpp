@@ -53,9 +53,18 @@ ScanSummary ScanSummary::from(const std::vector<DiscoveredItem>& items)
     return summary;
 }
 
-QString ScanSummary::formattedAllocatedBytes() const { return ByteCountFormatter::format(totalAllocatedBytes); }
-QString ScanSummary::formattedSafeFreeableBytes() const { return ByteCountFormatter::format(safeFreeableBytes); }
-QString ScanSummary::formattedReviewFreeableBytes() const { return ByteCountFormatter::format(reviewFreeableBytes); }
+QString ScanSummary::formattedAllocatedBytes() const
+{
+    return ByteCountFormatter::format(totalAllocatedBytes);
+}
+QString ScanSummary::formattedSafeFreeableBytes() const
+{
+    return ByteCountFormatter::format(safeFreeableBytes);
+}
+QString ScanSummary::formattedReviewFreeableBytes() const
+{
+    return ByteCountFormatter::format(reviewFreeableBytes);
+}
 
 JsonValue ScanSummary::toJson() const
 {

@@ -17,7 +17,10 @@ public:
     enum Value : int { uvPython, dockerVM, xcode, aiModels, npmBun, cargo, homebrew, systemCaches, browserCaches };
     static constexpr int count = 9;
 
-    constexpr ScanTarget(Value value) : m_value(value) {}
+    constexpr ScanTarget(Value value)
+        : m_value(value)
+    {
+    }
     constexpr operator Value() const { return m_value; }
 
     [[nodiscard]] QString rawValue() const;

@@ -53,17 +53,32 @@ QString folded(const QString& text)
 
 } // namespace
 
-QString StorageCategory::rawValue() const { return QLatin1String(row(*this).rawValue); }
-QString StorageCategory::displayName() const { return QString::fromUtf8(row(*this).displayName); }
-QString StorageCategory::iconName() const { return QLatin1String(row(*this).iconName); }
-CategoryGroup StorageCategory::group() const { return row(*this).group; }
-RiskTier StorageCategory::defaultRiskTier() const { return row(*this).defaultRiskTier; }
+QString StorageCategory::rawValue() const
+{
+    return QLatin1String(row(*this).rawValue);
+}
+QString StorageCategory::displayName() const
+{
+    return QString::fromUtf8(row(*this).displayName);
+}
+QString StorageCategory::iconName() const
+{
+    return QLatin1String(row(*this).iconName);
+}
+CategoryGroup StorageCategory::group() const
+{
+    return row(*this).group;
+}
+RiskTier StorageCategory::defaultRiskTier() const
+{
+    return row(*this).defaultRiskTier;
+}
 
 std::array<StorageCategory, StorageCategory::count> StorageCategory::allCases()
 {
-    return {developerCache, aiModelWeights,     dockerVM,  xcodeArtifacts, strayDependencies, systemCaches,
-            systemLogs,     crashReports,       mailDownloads, browserCaches, applicationBundles, leftovers,
-            largeFiles,     startupItems,       dynamicRule,   unknownAnomaly};
+    return {developerCache, aiModelWeights, dockerVM,      xcodeArtifacts, strayDependencies,  systemCaches,
+            systemLogs,     crashReports,   mailDownloads, browserCaches,  applicationBundles, leftovers,
+            largeFiles,     startupItems,   dynamicRule,   unknownAnomaly};
 }
 
 std::optional<StorageCategory> StorageCategory::fromRawValue(const QString& raw)

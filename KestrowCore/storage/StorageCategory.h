@@ -5,7 +5,9 @@
 
 #include <QString>
 
-namespace kestrow { class JsonDecoder; }
+namespace kestrow {
+class JsonDecoder;
+}
 
 #include <array>
 #include <optional>
@@ -36,7 +38,10 @@ public:
     };
     static constexpr int count = 16;
 
-    constexpr StorageCategory(Value value) : m_value(value) {}
+    constexpr StorageCategory(Value value)
+        : m_value(value)
+    {
+    }
     constexpr operator Value() const { return m_value; }
 
     [[nodiscard]] QString rawValue() const;

@@ -36,7 +36,8 @@ QString ByteCountFormatter::format(std::int64_t bytes)
         negative ? 0ULL - static_cast<unsigned long long>(bytes) : static_cast<unsigned long long>(bytes);
     const QString sign = negative ? QStringLiteral("-") : QString();
     if (magnitude < 1000)
-        return sign + QString::number(magnitude) + (magnitude == 1 ? QStringLiteral(" byte") : QStringLiteral(" bytes"));
+        return sign + QString::number(magnitude) +
+               (magnitude == 1 ? QStringLiteral(" byte") : QStringLiteral(" bytes"));
 
     unsigned long long divisor = 1000;
     for (size_t u = 0; u < units.size(); ++u) {

@@ -22,9 +22,8 @@ JsonValue JsonDecoder::parse(const QByteArray& text)
     QJsonParseError error{};
     const QJsonDocument document = QJsonDocument::fromJson(text, &error);
     if (error.error != QJsonParseError::NoError)
-        throw JsonDecodingError(QStringLiteral("The data isn't valid JSON: %1 at offset %2.")
-                                    .arg(error.errorString())
-                                    .arg(error.offset));
+        throw JsonDecodingError(
+            QStringLiteral("The data isn't valid JSON: %1 at offset %2.").arg(error.errorString()).arg(error.offset));
     if (document.isArray())
         return JsonValue::fromQt(QJsonValue(document.array()));
     return JsonValue::fromQt(QJsonValue(document.object()));

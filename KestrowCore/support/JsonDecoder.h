@@ -18,7 +18,10 @@ enum class DateEncoding { iso8601, secondsSinceReferenceDate };
 
 class JsonDecodingError : public KestrowError {
 public:
-    explicit JsonDecodingError(QString detail) : m_detail(std::move(detail)) {}
+    explicit JsonDecodingError(QString detail)
+        : m_detail(std::move(detail))
+    {
+    }
     [[nodiscard]] QString description() const override { return m_detail; }
 
 private:

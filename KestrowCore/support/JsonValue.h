@@ -21,15 +21,42 @@ public:
 
     JsonValue() = default; // null
     JsonValue(std::nullptr_t) {}
-    JsonValue(bool value) : m_value(value) {}
-    JsonValue(int value) : m_value(std::int64_t{value}) {}
-    JsonValue(std::int64_t value) : m_value(value) {}
-    JsonValue(std::uint64_t value) : m_value(static_cast<std::int64_t>(value)) {}
-    JsonValue(double value) : m_value(value) {}
-    JsonValue(const char* value) : m_value(QString::fromUtf8(value)) {}
-    JsonValue(QString value) : m_value(std::move(value)) {}
-    JsonValue(Array value) : m_value(std::move(value)) {}
-    JsonValue(Object value) : m_value(std::move(value)) {}
+    JsonValue(bool value)
+        : m_value(value)
+    {
+    }
+    JsonValue(int value)
+        : m_value(std::int64_t{value})
+    {
+    }
+    JsonValue(std::int64_t value)
+        : m_value(value)
+    {
+    }
+    JsonValue(std::uint64_t value)
+        : m_value(static_cast<std::int64_t>(value))
+    {
+    }
+    JsonValue(double value)
+        : m_value(value)
+    {
+    }
+    JsonValue(const char* value)
+        : m_value(QString::fromUtf8(value))
+    {
+    }
+    JsonValue(QString value)
+        : m_value(std::move(value))
+    {
+    }
+    JsonValue(Array value)
+        : m_value(std::move(value))
+    {
+    }
+    JsonValue(Object value)
+        : m_value(std::move(value))
+    {
+    }
 
     [[nodiscard]] static JsonValue object(std::initializer_list<Member> members) { return Object(members); }
     [[nodiscard]] static JsonValue array(std::initializer_list<JsonValue> values) { return Array(values); }

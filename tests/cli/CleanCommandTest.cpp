@@ -15,21 +15,23 @@ using namespace kestrow::test;
 
 namespace {
 
-QStringList withHome(const TestHome& home, QStringList arguments) {
+QStringList withHome(const TestHome& home, QStringList arguments)
+{
     arguments << QStringLiteral("--home") << home.path();
     return arguments;
 }
 
 } // namespace
 
-TEST(CleanCommand, DryRunThenTrashThenRefusedPurge) {
+TEST(CleanCommand, DryRunThenTrashThenRefusedPurge)
+{
     TestHome home;
     const QString cache = home.writeFile(QStringLiteral(".cache/app/blob"), 5000);
     const QString secret = home.writeFile(QStringLiteral(".ssh/id_ed25519"), 400);
 
-    const KestrowRun dry = runKestrow(
-        withHome(home, {QStringLiteral("clean"), QStringLiteral("--dry-run"), QStringLiteral("--json"),
-                        home.path(QStringLiteral(".cache/app")), secret}));
+    const KestrowRun dry =
+        runKestrow(withHome(home, {QStringLiteral("clean"), QStringLiteral("--dry-run"), QStringLiteral("--json"),
+                                   home.path(QStringLiteral(".cache/app")), secret}));
     EXPECT_EQ(dry.exitCode, 1) << "one item failed";
     EXPECT_TRUE(dry.out.startsWith(QStringLiteral("{\n  \"operationId\" : \"")));
     EXPECT_TRUE(dry.out.contains(QStringLiteral("\"isDryRun\" : true")));
@@ -37,8 +39,7 @@ TEST(CleanCommand, DryRunThenTrashThenRefusedPurge) {
     EXPECT_TRUE(dry.out.contains(QStringLiteral("targets protected user directory '.ssh'")));
     EXPECT_TRUE(QFileInfo::exists(cache));
 
-    const KestrowRun moved =
-        runKestrow(withHome(home, {QStringLiteral("clean"), QStringLiteral("~/.cache/app")}));
+    const KestrowRun moved = runKestrow(withHome(home, {QStringLiteral("clean"), QStringLiteral("~/.cache/app")}));
     EXPECT_EQ(moved.exitCode, 0) << moved.err.toStdString();
     EXPECT_TRUE(moved.out.contains(QStringLiteral("Moved 1 item to the Trash: 8 KB freed.")));
     EXPECT_TRUE(QFileInfo::exists(home.trashFilesFolder() + QStringLiteral("/app/blob")));
@@ -53,13 +54,14 @@ TEST(CleanCommand, DryRunThenTrashThenRefusedPurge) {
     const KestrowRun log = runKestrow(withHome(home, {QStringLiteral("audit"), QStringLiteral("log")}));
     EXPECT_TRUE(log.out.contains(QStringLiteral("dry_run")));
     EXPECT_TRUE(log.out.contains(QStringLiteral("  trash ")));
-    const KestrowRun verified = runKestrow(
-        withHome(home, {QStringLiteral("audit"), QStringLiteral("verify"), QStringLiteral("--json")}));
+    const KestrowRun verified =
+        runKestrow(withHome(home, {QStringLiteral("audit"), QStringLiteral("verify"), QStringLiteral("--json")}));
     EXPECT_EQ(verified.exitCode, 0);
     EXPECT_EQ(verified.out, QStringLiteral("{\n  \"isValid\" : true,\n  \"totalEntries\" : 2\n}\n"));
 }
 
-TEST(CleanCommand, KilledMidRunLeavesEveryItemWholeAndTheLogVerifiable) {
+TEST(CleanCommand, KilledMidRunLeavesEveryItemWholeAndTheLogVerifiable)
+{
     TestHome home;
     QStringList arguments = withHome(home, {QStringLiteral("clean")});
     QStringList items;
@@ -67,10 +69,10 @@ TEST(CleanCommand, KilledMidRunLeavesEveryItemWholeAndTheLogVerifiable) {
         items.append(home.writeFile(QStringLiteral(".cache/batch/item%1").arg(i), 100));
         arguments.append(items.last());
     }
-    ASSERT_EQ(runKestrow(withHome(home, {QStringLiteral("clean"),
-                                         home.writeFile(QStringLiteral(".cache/first/x"), 10)}))
-                  .exitCode,
-              0);
+    ASSERT_EQ(
+        runKestrow(withHome(home, {QStringLiteral("clean"), home.writeFile(QStringLiteral(".cache/first/x"), 10)}))
+            .exitCode,
+        0);
 
     const auto child = startKestrow(arguments);
     QElapsedTimer waited;
@@ -93,8 +95,7 @@ TEST(CleanCommand, KilledMidRunLeavesEveryItemWholeAndTheLogVerifiable) {
     EXPECT_GT(inTrash, 0);
     EXPECT_LT(inTrash, items.size()) << "the run ended before it could be stopped";
 
-    const KestrowRun afterCrash =
-        runKestrow(withHome(home, {QStringLiteral("audit"), QStringLiteral("verify")}));
+    const KestrowRun afterCrash = runKestrow(withHome(home, {QStringLiteral("audit"), QStringLiteral("verify")}));
     EXPECT_EQ(afterCrash.exitCode, 0) << afterCrash.out.toStdString();
     EXPECT_TRUE(afterCrash.out.contains(QStringLiteral("1 entries")));
     const KestrowRun rest =
@@ -104,7 +105,8 @@ TEST(CleanCommand, KilledMidRunLeavesEveryItemWholeAndTheLogVerifiable) {
                     .out.contains(QStringLiteral("2 entries")));
 }
 
-TEST(SweepCommand, AsksForConsentThenMovesOnlySafeItems) {
+TEST(SweepCommand, AsksForConsentThenMovesOnlySafeItems)
+{
     TestHome home;
     const QString wheel = home.writeFile(QStringLiteral(".cache/uv/wheels/a.whl"), 5000);
 
@@ -125,7 +127,8 @@ TEST(SweepCommand, AsksForConsentThenMovesOnlySafeItems) {
     EXPECT_FALSE(QFileInfo::exists(wheel));
 }
 
-TEST(AuditCommand, ReportsTheBrokenLineAndAnUnreadableLog) {
+TEST(AuditCommand, ReportsTheBrokenLineAndAnUnreadableLog)
+{
     TestHome home;
     for (const char* name : {".cache/a/x", ".cache/b/x"}) {
         const QStringList arguments{QStringLiteral("clean"), QStringLiteral("--dry-run"),
@@ -142,22 +145,19 @@ TEST(AuditCommand, ReportsTheBrokenLineAndAnUnreadableLog) {
     file.write(text);
     file.close();
 
-    const KestrowRun broken = runKestrow(
-        withHome(home, {QStringLiteral("audit"), QStringLiteral("verify"), QStringLiteral("--json")}));
+    const KestrowRun broken =
+        runKestrow(withHome(home, {QStringLiteral("audit"), QStringLiteral("verify"), QStringLiteral("--json")}));
     EXPECT_EQ(broken.exitCode, 1);
     EXPECT_TRUE(broken.out.contains(QStringLiteral("\"tamperedLineIndex\" : 0")));
-    EXPECT_TRUE(
-        broken.out.contains(QStringLiteral("Rolling hash mismatch at line 1. Content was modified.")));
+    EXPECT_TRUE(broken.out.contains(QStringLiteral("Rolling hash mismatch at line 1. Content was modified.")));
 
     file.open(QIODevice::Append);
     file.write("not json\n");
     file.close();
     for (const char* sub : {"verify", "log"}) {
-        const KestrowRun unreadable =
-            runKestrow(withHome(home, {QStringLiteral("audit"), QLatin1String(sub)}));
+        const KestrowRun unreadable = runKestrow(withHome(home, {QStringLiteral("audit"), QLatin1String(sub)}));
         EXPECT_EQ(unreadable.exitCode, 1);
-        EXPECT_TRUE(
-            unreadable.err.startsWith(QStringLiteral("kestrow: Failed to parse audit log at line 3: ")))
+        EXPECT_TRUE(unreadable.err.startsWith(QStringLiteral("kestrow: Failed to parse audit log at line 3: ")))
             << unreadable.err.toStdString();
     }
 }

@@ -15,25 +15,28 @@ namespace {
 const QUuid runId = QUuid::fromString(QStringLiteral("E621E1F8-C36C-495A-93FC-0C247A3E6E5F"));
 const QDateTime moment = QDateTime::fromMSecsSinceEpoch(1772360130123, Qt::UTC); // 2026-03-01T10:15:30.123Z
 
-AuditLogEntry recordTrash(AuditLogger& logger, const QStringList& paths,
-                          std::optional<double> durationMs = {}) {
+AuditLogEntry recordTrash(AuditLogger& logger, const QStringList& paths, std::optional<double> durationMs = {})
+{
     return logger.record(runId, AuditOperationType::trash, paths.size(), 4096 * paths.size(), paths,
                          QStringLiteral("gui"), durationMs, moment);
 }
 
-QByteArrayList fileLines(const QString& path) {
+QByteArrayList fileLines(const QString& path)
+{
     QFile file(path);
     file.open(QIODevice::ReadOnly);
     return file.readAll().split('\n');
 }
 
-void writeLines(const QString& path, const QByteArrayList& lines) {
+void writeLines(const QString& path, const QByteArrayList& lines)
+{
     QFile file(path);
     file.open(QIODevice::WriteOnly | QIODevice::Truncate);
     file.write(lines.join('\n'));
 }
 
-template <typename Body> AuditLoggerError caught(Body&& body) {
+template <typename Body> AuditLoggerError caught(Body&& body)
+{
     try {
         body();
     } catch (const AuditLoggerError& error) {
@@ -45,7 +48,8 @@ template <typename Body> AuditLoggerError caught(Body&& body) {
 
 } // namespace
 
-TEST(AuditLogger, HashInputTextsAreExact) {
+TEST(AuditLogger, HashInputTextsAreExact)
+{
     EXPECT_EQ(AuditLogger::durationText(std::nullopt), QStringLiteral("0.0"));
     EXPECT_EQ(AuditLogger::durationText(0.0), QStringLiteral("0.0"));
     EXPECT_EQ(AuditLogger::durationText(1250), QStringLiteral("1250.0"));
@@ -65,19 +69,19 @@ TEST(AuditLogger, HashInputTextsAreExact) {
     // "...|dry_run|2|4096|mcp|1250.0|/h/a,/h/b", taken with sha256sum.
     const QString id = QStringLiteral("E621E1F8-C36C-495A-93FC-0C247A3E6E5F");
     const QString time = QStringLiteral("2026-03-01T10:15:30.123Z");
-    EXPECT_EQ(AuditLogger::computeHash(AuditLogger::genesisHash(), time, id, QStringLiteral("trash"), 0, 0,
-                                       {}, QStringLiteral("gui"), std::nullopt),
+    EXPECT_EQ(AuditLogger::computeHash(AuditLogger::genesisHash(), time, id, QStringLiteral("trash"), 0, 0, {},
+                                       QStringLiteral("gui"), std::nullopt),
               QStringLiteral("34d72a370a42448ea1171c77c33122b785da87bb4c87561f2147e77bceb56d97"));
-    EXPECT_EQ(AuditLogger::computeHash(AuditLogger::genesisHash(), time, id, QStringLiteral("trash"), 0, 0,
-                                       {}, QStringLiteral("gui"), 0.0),
+    EXPECT_EQ(AuditLogger::computeHash(AuditLogger::genesisHash(), time, id, QStringLiteral("trash"), 0, 0, {},
+                                       QStringLiteral("gui"), 0.0),
               QStringLiteral("34d72a370a42448ea1171c77c33122b785da87bb4c87561f2147e77bceb56d97"));
-    EXPECT_EQ(AuditLogger::computeHash(AuditLogger::genesisHash(), time, id, QStringLiteral("dry_run"), 2,
-                                       4096, {QStringLiteral("/h/b"), QStringLiteral("/h/a")},
-                                       QStringLiteral("mcp"), 1250),
+    EXPECT_EQ(AuditLogger::computeHash(AuditLogger::genesisHash(), time, id, QStringLiteral("dry_run"), 2, 4096,
+                                       {QStringLiteral("/h/b"), QStringLiteral("/h/a")}, QStringLiteral("mcp"), 1250),
               QStringLiteral("64a26bb2f7890db37b769ccbf2905b869c04521bbf0b3d0d077a78d040a367f5"));
 }
 
-TEST(AuditLogger, FirstRecordCreatesThePrivateLogAndLinesChain) {
+TEST(AuditLogger, FirstRecordCreatesThePrivateLogAndLinesChain)
+{
     TestHome home;
     AuditLogger logger({.homeURL = home.path()});
     EXPECT_EQ(logger.logFileURL(), home.path(QStringLiteral(".kestrow/audit.jsonl")));
@@ -86,8 +90,7 @@ TEST(AuditLogger, FirstRecordCreatesThePrivateLogAndLinesChain) {
     EXPECT_FALSE(QFileInfo::exists(home.path(QStringLiteral(".kestrow"))));
 
     const AuditLogEntry first = recordTrash(logger, {});
-    EXPECT_EQ(first.rollingHash,
-              QStringLiteral("34d72a370a42448ea1171c77c33122b785da87bb4c87561f2147e77bceb56d97"));
+    EXPECT_EQ(first.rollingHash, QStringLiteral("34d72a370a42448ea1171c77c33122b785da87bb4c87561f2147e77bceb56d97"));
     EXPECT_EQ(QFileInfo(home.path(QStringLiteral(".kestrow"))).permissions() & 0x7777,
               QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadUser | QFile::WriteUser |
                   QFile::ExeUser);
@@ -100,25 +103,23 @@ TEST(AuditLogger, FirstRecordCreatesThePrivateLogAndLinesChain) {
     EXPECT_EQ(logger.lastHash(), second.rollingHash);
     const QByteArrayList lines = fileLines(logger.logFileURL());
     ASSERT_EQ(lines.size(), 3); // two lines, each closed by a line feed
-    EXPECT_EQ(lines[0],
-              "{\"bytesFreed\":0,\"client\":\"gui\",\"itemsCount\":0,"
-              "\"operationId\":\"E621E1F8-C36C-495A-93FC-0C247A3E6E5F\",\"operationType\":\"trash\","
-              "\"paths\":[],\"previousHash\":\"" +
-                  AuditLogger::genesisHash().toLatin1() + "\",\"rollingHash\":\"" +
-                  first.rollingHash.toLatin1() + "\",\"timestamp\":\"2026-03-01T10:15:30.123Z\"}");
+    EXPECT_EQ(lines[0], "{\"bytesFreed\":0,\"client\":\"gui\",\"itemsCount\":0,"
+                        "\"operationId\":\"E621E1F8-C36C-495A-93FC-0C247A3E6E5F\",\"operationType\":\"trash\","
+                        "\"paths\":[],\"previousHash\":\"" +
+                            AuditLogger::genesisHash().toLatin1() + "\",\"rollingHash\":\"" +
+                            first.rollingHash.toLatin1() + "\",\"timestamp\":\"2026-03-01T10:15:30.123Z\"}");
     EXPECT_TRUE(lines[1].contains("\"durationMs\":12.5,"));
-    EXPECT_TRUE(
-        lines[1].contains(QString(path).replace(QStringLiteral("/"), QStringLiteral("\\/")).toUtf8()));
+    EXPECT_TRUE(lines[1].contains(QString(path).replace(QStringLiteral("/"), QStringLiteral("\\/")).toUtf8()));
     EXPECT_EQ(logger.readEntries(), (std::vector<AuditLogEntry>{first, second}));
     EXPECT_EQ(AuditLogger({.homeURL = home.path()}).verifyIntegrity().totalEntries, 2);
 }
 
-TEST(AuditLogger, VerificationNamesTheFirstBrokenLine) {
+TEST(AuditLogger, VerificationNamesTheFirstBrokenLine)
+{
     TestHome home;
     AuditLogger logger({.homeURL = home.path()});
     for (const char* name : {"a", "b", "c"})
-        recordTrash(logger,
-                    {home.path(QStringLiteral("x/") + QLatin1String(name)), home.path(QStringLiteral("y"))},
+        recordTrash(logger, {home.path(QStringLiteral("x/") + QLatin1String(name)), home.path(QStringLiteral("y"))},
                     1250);
     const QByteArrayList original = fileLines(logger.logFileURL());
     const auto hashOf = [&](int line) { return logger.readEntries()[static_cast<size_t>(line)].rollingHash; };
@@ -128,8 +129,7 @@ TEST(AuditLogger, VerificationNamesTheFirstBrokenLine) {
     QByteArrayList edited = original;
     edited[1].replace("\"paths\":[\"" + home.path(QStringLiteral("x/b")).toUtf8().replace("/", "\\/") + "\",",
                       "\"paths\":[");
-    edited[1].replace("\\/y\"]",
-                      "\\/y\",\"" + home.path(QStringLiteral("x/b")).toUtf8().replace("/", "\\/") + "\"]");
+    edited[1].replace("\\/y\"]", "\\/y\",\"" + home.path(QStringLiteral("x/b")).toUtf8().replace("/", "\\/") + "\"]");
     ASSERT_NE(edited[1], original[1]);
     ASSERT_TRUE(original[1].contains("\"durationMs\":1250,"));
     edited.insert(1, "  \t");
@@ -147,18 +147,18 @@ TEST(AuditLogger, VerificationNamesTheFirstBrokenLine) {
     EXPECT_TRUE(modified.failureReason->endsWith(QStringLiteral(", stored ") + hashOf(1)));
 
     writeLines(logger.logFileURL(), {original[0], original[2], ""});
-    const QString removedHash =
-        QString::fromLatin1(original[1].mid(original[1].indexOf("rollingHash") + 14, 64));
+    const QString removedHash = QString::fromLatin1(original[1].mid(original[1].indexOf("rollingHash") + 14, 64));
     EXPECT_EQ(logger.verifyIntegrity(),
               (AuditVerificationResult{false, 2, 1,
-                                       QStringLiteral("Previous hash mismatch at line 2. Expected ") +
-                                           hashOf(0) + QStringLiteral(", got ") + removedHash}));
+                                       QStringLiteral("Previous hash mismatch at line 2. Expected ") + hashOf(0) +
+                                           QStringLiteral(", got ") + removedHash}));
 
     writeLines(logger.logFileURL(), {original[1], original[0], original[2], ""});
     EXPECT_EQ(logger.verifyIntegrity().tamperedLineIndex, 0);
 }
 
-TEST(AuditLogger, FailuresCarryTheirTexts) {
+TEST(AuditLogger, FailuresCarryTheirTexts)
+{
     TestHome home;
     AuditLogger logger({.homeURL = home.path()});
     recordTrash(logger, {});
@@ -176,8 +176,7 @@ TEST(AuditLogger, FailuresCarryTheirTexts) {
     writeLines(logger.logFileURL(), {"\xff\xfe"});
     EXPECT_EQ(
         caught([&] { (void)logger.readEntries(); }).description(),
-        QStringLiteral(
-            "Failed to read audit log file: Could not read audit log: The file is not valid UTF-8 text."));
+        QStringLiteral("Failed to read audit log file: Could not read audit log: The file is not valid UTF-8 text."));
 
     // A parent that is a regular file refuses even root.
     const QString file = home.writeFile(QStringLiteral("plain"), 1);

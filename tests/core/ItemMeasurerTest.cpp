@@ -11,7 +11,6 @@ using namespace kestrow;
 using kestrow::test::RefusingFileManager;
 using kestrow::test::TestHome;
 
-
 TEST(ItemMeasurer, CountsHardLinksOnceAndNeverEntersLinks)
 {
     TestHome home;

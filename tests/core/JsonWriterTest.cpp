@@ -1,5 +1,5 @@
-#include "support/JsonDecoder.h"
 #include "support/JsonWriter.h"
+#include "support/JsonDecoder.h"
 
 #include <gtest/gtest.h>
 

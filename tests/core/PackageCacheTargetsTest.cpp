@@ -14,13 +14,11 @@ using kestrow::test::TestHome;
 namespace {
 
 // Refuses to list one folder, as an unreadable folder would for anyone but root.
-std::vector<DiscoveredItem> scanCaches(const TestHome& home,
-                                       std::shared_ptr<const FileManager> fileManager = {},
+std::vector<DiscoveredItem> scanCaches(const TestHome& home, std::shared_ptr<const FileManager> fileManager = {},
                                        std::optional<QStringList> projectRoots = {})
 {
-    const DeveloperTargets targets({.homeURL = home.path(),
-                                    .projectRoots = std::move(projectRoots),
-                                    .fileManager = std::move(fileManager)});
+    const DeveloperTargets targets(
+        {.homeURL = home.path(), .projectRoots = std::move(projectRoots), .fileManager = std::move(fileManager)});
     return targets.scan({StorageCategory::developerCache}, {});
 }
 
@@ -30,8 +28,8 @@ std::vector<std::string> lines(const TestHome& home, const std::vector<Discovere
     std::vector<std::string> result;
     for (const DiscoveredItem& item : items) {
         EXPECT_EQ(item.category, StorageCategory::developerCache);
-        result.push_back((item.path.mid(home.path().size() + 1) + QStringLiteral(" | ") +
-                          item.itemDescription + QStringLiteral(" | ") + item.ruleId.value_or(QString()))
+        result.push_back((item.path.mid(home.path().size() + 1) + QStringLiteral(" | ") + item.itemDescription +
+                          QStringLiteral(" | ") + item.ruleId.value_or(QString()))
                              .toStdString());
     }
     return result;
@@ -48,8 +46,7 @@ TEST(PackageCacheTargets, EveryManagerAtItsLocationsInOrder)
     home.makeDirectory(QStringLiteral(".bun/install/cache"));
     home.writeFile(QStringLiteral(".cache/pip/http/a"), 10);
     home.writeFile(QStringLiteral("Library/Caches/pip/wheels/b"), 10);
-    for (const char* folder :
-         {"registry/cache", "registry/src", "git/db", "git/checkouts", ".package-cache", "bin"})
+    for (const char* folder : {"registry/cache", "registry/src", "git/db", "git/checkouts", ".package-cache", "bin"})
         home.writeFile(QStringLiteral(".cargo/") + QLatin1String(folder) + QStringLiteral("/x"), 10);
     home.writeFile(QStringLiteral(".cargo/credentials.toml"), 10);
     home.writeFile(QStringLiteral(".cargo/config.toml"), 10);
@@ -65,35 +62,34 @@ TEST(PackageCacheTargets, EveryManagerAtItsLocationsInOrder)
         home.writeFile(QStringLiteral(".gradle/") + QLatin1String(folder), 10);
 
     const std::vector<DiscoveredItem> items = scanCaches(home);
-    EXPECT_EQ(
-        lines(home, items),
-        (std::vector<std::string>{
-            ".npm/_cacache | npm Download Cache (_cacache) | dev.npm.cache",
-            ".npm/_logs | npm Download Cache (_logs) | dev.npm.cache",
-            ".bun/install/cache | Bun Package Install Cache | dev.bun.cache",
-            ".cache/pip | pip HTTP Response and Wheel Cache | dev.pip.cache",
-            "Library/Caches/pip | pip HTTP Response and Wheel Cache | dev.pip.cache",
-            ".cargo/registry/cache | Cargo Crate Archive Cache (.crate) | dev.cargo.cache",
-            ".cargo/registry/src | Cargo Unpacked Crate Source Cache | dev.cargo.cache",
-            ".cargo/git/db | Cargo Bare Git Repositories | dev.cargo.cache",
-            ".cargo/git/checkouts | Cargo Git Checkout Cache | dev.cargo.cache",
-            ".cargo/.package-cache | Cargo Package Cache | dev.cargo.cache",
-            ".local/share/pnpm/store | pnpm Virtual Store (~/.local/share/pnpm/store) | dev.pnpm.store",
-            "Library/pnpm/store | pnpm Virtual Store (~/Library/pnpm/store) | dev.pnpm.store",
-            ".pnpm-store | pnpm Virtual Store (~/.pnpm-store) | dev.pnpm.store",
-            "Library/Caches/Homebrew/downloads/abc.incomplete | Homebrew Incomplete Download: abc.incomplete "
-            "| "
-            "dev.homebrew.incomplete",
-            "Library/Caches/Homebrew/downloads/def.INCOMPLETE | Homebrew Incomplete Download: def.INCOMPLETE "
-            "| "
-            "dev.homebrew.incomplete",
-            "Library/Caches/Homebrew/downloads | Homebrew Downloaded Bottles & Packages | dev.homebrew.cache",
-            "Library/Caches/Homebrew/Cask | Homebrew Cask Download Cache | dev.homebrew.cache",
-            "Library/Caches/Homebrew/api | Homebrew API Metadata Cache | dev.homebrew.cache",
-            ".gradle/caches | Gradle Dependency & Transform Cache | dev.gradle.cache",
-            ".gradle/wrapper/dists | Gradle Wrapper Distributions | dev.gradle.cache",
-            ".gradle/daemon | Gradle Daemon Execution Logs & State | dev.gradle.cache",
-        }));
+    EXPECT_EQ(lines(home, items),
+              (std::vector<std::string>{
+                  ".npm/_cacache | npm Download Cache (_cacache) | dev.npm.cache",
+                  ".npm/_logs | npm Download Cache (_logs) | dev.npm.cache",
+                  ".bun/install/cache | Bun Package Install Cache | dev.bun.cache",
+                  ".cache/pip | pip HTTP Response and Wheel Cache | dev.pip.cache",
+                  "Library/Caches/pip | pip HTTP Response and Wheel Cache | dev.pip.cache",
+                  ".cargo/registry/cache | Cargo Crate Archive Cache (.crate) | dev.cargo.cache",
+                  ".cargo/registry/src | Cargo Unpacked Crate Source Cache | dev.cargo.cache",
+                  ".cargo/git/db | Cargo Bare Git Repositories | dev.cargo.cache",
+                  ".cargo/git/checkouts | Cargo Git Checkout Cache | dev.cargo.cache",
+                  ".cargo/.package-cache | Cargo Package Cache | dev.cargo.cache",
+                  ".local/share/pnpm/store | pnpm Virtual Store (~/.local/share/pnpm/store) | dev.pnpm.store",
+                  "Library/pnpm/store | pnpm Virtual Store (~/Library/pnpm/store) | dev.pnpm.store",
+                  ".pnpm-store | pnpm Virtual Store (~/.pnpm-store) | dev.pnpm.store",
+                  "Library/Caches/Homebrew/downloads/abc.incomplete | Homebrew Incomplete Download: abc.incomplete "
+                  "| "
+                  "dev.homebrew.incomplete",
+                  "Library/Caches/Homebrew/downloads/def.INCOMPLETE | Homebrew Incomplete Download: def.INCOMPLETE "
+                  "| "
+                  "dev.homebrew.incomplete",
+                  "Library/Caches/Homebrew/downloads | Homebrew Downloaded Bottles & Packages | dev.homebrew.cache",
+                  "Library/Caches/Homebrew/Cask | Homebrew Cask Download Cache | dev.homebrew.cache",
+                  "Library/Caches/Homebrew/api | Homebrew API Metadata Cache | dev.homebrew.cache",
+                  ".gradle/caches | Gradle Dependency & Transform Cache | dev.gradle.cache",
+                  ".gradle/wrapper/dists | Gradle Wrapper Distributions | dev.gradle.cache",
+                  ".gradle/daemon | Gradle Daemon Execution Logs & State | dev.gradle.cache",
+              }));
     // The finished downloads are summed, hidden ones included, unfinished ones left out.
     const DiscoveredItem& bottles = items[15];
     EXPECT_EQ(bottles.logicalSizeBytes, 1010);
@@ -151,12 +147,10 @@ TEST(PackageCacheTargets, FindsOrphanedWorktreesWithinDepthOutsideSkippedFolders
                    home.path(QStringLiteral("Developer/live/.git")).toUtf8() + "\n");
     home.writeFile(QStringLiteral("Developer/live/.git"), "gitdir: " + admin.toUtf8() + "/live\n");
     // Stale administrative entries: one target gone; empty, unreadable or non-UTF-8 ones say nothing.
-    home.writeFile(QStringLiteral("Developer/upstream/.git/worktrees/gone/gitdir"),
-                   QByteArray("/missing/gone/.git\n"));
+    home.writeFile(QStringLiteral("Developer/upstream/.git/worktrees/gone/gitdir"), QByteArray("/missing/gone/.git\n"));
     home.writeFile(QStringLiteral("Developer/upstream/.git/worktrees/blank/gitdir"), QByteArray("  \n"));
     home.makeDirectory(QStringLiteral("Developer/upstream/.git/worktrees/odd/gitdir"));
-    home.writeFile(QStringLiteral("Developer/upstream/.git/worktrees/binary/gitdir"),
-                   QByteArray("/missing\xff\n"));
+    home.writeFile(QStringLiteral("Developer/upstream/.git/worktrees/binary/gitdir"), QByteArray("/missing\xff\n"));
     // Checkouts whose administrative folder is gone, at depth 2 (found) and 3 (too deep).
     home.writeFile(QStringLiteral("Developer/group/orphan/.git"), QByteArray("gitdir: /missing/path\n"));
     home.writeFile(QStringLiteral("Developer/group/sub/deep/.git"), QByteArray("gitdir: /missing/path\n"));
@@ -169,19 +163,17 @@ TEST(PackageCacheTargets, FindsOrphanedWorktreesWithinDepthOutsideSkippedFolders
     home.makeSymbolicLink(QStringLiteral("Developer/linked"), home.path(QStringLiteral("elsewhere")));
 
     // The same root twice under two spellings is searched once.
-    const std::vector<DiscoveredItem> items =
-        scanCaches(home, {},
-                   QStringList{home.path(QStringLiteral("Developer")),
-                               home.path(QStringLiteral("Developer/../Developer")),
-                               home.path(QStringLiteral("Projects"))});
-    EXPECT_EQ(
-        lines(home, items),
-        (std::vector<std::string>{
-            "Developer/group/orphan | Orphaned Git Worktree Checkout: orphan | dev.git.orphaned_worktrees",
-            "Developer/upstream/.git/worktrees/gone | Orphaned Git Worktree: upstream/gone (target deleted) "
-            "| "
-            "dev.git.orphaned_worktrees",
-        }));
+    const std::vector<DiscoveredItem> items = scanCaches(
+        home, {},
+        QStringList{home.path(QStringLiteral("Developer")), home.path(QStringLiteral("Developer/../Developer")),
+                    home.path(QStringLiteral("Projects"))});
+    EXPECT_EQ(lines(home, items),
+              (std::vector<std::string>{
+                  "Developer/group/orphan | Orphaned Git Worktree Checkout: orphan | dev.git.orphaned_worktrees",
+                  "Developer/upstream/.git/worktrees/gone | Orphaned Git Worktree: upstream/gone (target deleted) "
+                  "| "
+                  "dev.git.orphaned_worktrees",
+              }));
     for (const DiscoveredItem& item : items)
         EXPECT_TRUE(item.isOrphaned);
 

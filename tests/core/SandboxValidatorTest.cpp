@@ -1,7 +1,7 @@
 #include "TestHome.h"
 
-#include "rules/RuleDefinition.h"
 #include "platform/PlatformSystemPaths.h"
+#include "rules/RuleDefinition.h"
 #include "safety/SandboxValidator.h"
 
 #include <QDir>
@@ -148,8 +148,9 @@ TEST(SandboxValidator, LinuxClosesOtherHomesAndSystemTrees)
               QStringLiteral("Sandbox Violation: Path '/root/.cache/x' targets forbidden system path '/root'."));
     EXPECT_EQ(text(pathError(QStringLiteral("/root/.cache/x"), QStringLiteral("/root"))), QStringLiteral("(allowed)"));
     for (const char* system : {"/proc/1/fd", "/sys/class/x", "/boot/efi", "/lib/modules", "/run/user"})
-        EXPECT_EQ(pathError(QLatin1String(system), home)->description().contains(QStringLiteral("forbidden system path")),
-                  true)
+        EXPECT_EQ(
+            pathError(QLatin1String(system), home)->description().contains(QStringLiteral("forbidden system path")),
+            true)
             << system;
     EXPECT_EQ(text(patternError(QStringLiteral("/proc/*/fd"), home)),
               QStringLiteral("Sandbox Violation: Path '/proc' targets forbidden system path '/proc'."));

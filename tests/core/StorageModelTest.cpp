@@ -81,7 +81,8 @@ TEST(DiscoveredItem, JsonKeepsFieldOrderAndLeavesOutAbsentOptionals)
               R"("logicalSizeBytes":10,"allocatedSizeBytes":4096,"fileCount":2,)"
               R"("lastModifiedDate":"2001-01-01T00:01:00Z","isOrphaned":false,"isLocked":false,)"
               R"j("requiresFullDiskAccess":false,"itemDescription":"uv Cache (my cache)"})j");
-    EXPECT_EQ(JsonWriter::compact(value.toJson(DateEncoding::secondsSinceReferenceDate)).contains(R"("lastModifiedDate":60,)"),
+    EXPECT_EQ(JsonWriter::compact(value.toJson(DateEncoding::secondsSinceReferenceDate))
+                  .contains(R"("lastModifiedDate":60,)"),
               true);
 
     value.ruleId = QStringLiteral("dev.uv.cache");
@@ -89,7 +90,8 @@ TEST(DiscoveredItem, JsonKeepsFieldOrderAndLeavesOutAbsentOptionals)
         EXPECT_EQ(DiscoveredItem::fromJson(value.toJson(dates), dates), value);
 
     JsonValue missingCount = value.toJson(DateEncoding::iso8601);
-    std::erase_if(missingCount.asObject(), [](const auto& member) { return member.first == QLatin1String("fileCount"); });
+    std::erase_if(missingCount.asObject(),
+                  [](const auto& member) { return member.first == QLatin1String("fileCount"); });
     EXPECT_THROW((void)DiscoveredItem::fromJson(missingCount, DateEncoding::iso8601), JsonDecodingError);
     JsonValue badTier = value.toJson(DateEncoding::iso8601);
     badTier.insert(QStringLiteral("riskTier"), QStringLiteral("safe_to_delete"));

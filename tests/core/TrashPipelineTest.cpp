@@ -16,27 +16,32 @@ namespace {
 // A disk whose Trash refuses every item, and which notes any deletion asked of it.
 class RefusingTrash : public FileManager {
 public:
-    FileOperationResult trashItem(const QString&) const override {
+    FileOperationResult trashItem(const QString&) const override
+    {
         return {false, std::nullopt, QStringLiteral("Permission denied")};
     }
-    FileOperationResult removeItem(const QString& path) const override {
+    FileOperationResult removeItem(const QString& path) const override
+    {
         removed.append(path);
         return FileManager::removeItem(path);
     }
     mutable QStringList removed;
 };
 
-std::shared_ptr<AuditLogger> loggerFor(const TestHome& home) {
+std::shared_ptr<AuditLogger> loggerFor(const TestHome& home)
+{
     return std::make_shared<AuditLogger>(AuditLogger::Options{.homeURL = home.path()});
 }
 
-std::int64_t allocatedSize(const QString& path) {
+std::int64_t allocatedSize(const QString& path)
+{
     return FileManager().status(path)->allocatedSize;
 }
 
 } // namespace
 
-TEST(TrashPipeline, MixedBatchGivesOneRecordPerPathInOrderAndTrashesInsideTheTestHome) {
+TEST(TrashPipeline, MixedBatchGivesOneRecordPerPathInOrderAndTrashesInsideTheTestHome)
+{
     TestHome home;
     const QString forbidden = home.writeFile(QStringLiteral("Documents/thesis.tex"), 100);
     const QString missing = home.path(QStringLiteral(".cache/gone/x"));
@@ -50,8 +55,7 @@ TEST(TrashPipeline, MixedBatchGivesOneRecordPerPathInOrderAndTrashesInsideTheTes
     ASSERT_EQ(summary.totalItemsCount(), 3);
     const auto& records = summary.records();
     EXPECT_EQ(records[0].status, TrashItemStatus::failed);
-    EXPECT_EQ(records[0].errorMessage, QStringLiteral("Sandbox violation: Sandbox Violation: Path '") +
-                                           forbidden +
+    EXPECT_EQ(records[0].errorMessage, QStringLiteral("Sandbox violation: Sandbox Violation: Path '") + forbidden +
                                            QStringLiteral("' targets protected user directory 'Documents'."));
     EXPECT_EQ(records[1].errorMessage, QStringLiteral("File does not exist: ") + missing);
     EXPECT_EQ(records[1].fileCount, 1);
@@ -82,7 +86,8 @@ TEST(TrashPipeline, MixedBatchGivesOneRecordPerPathInOrderAndTrashesInsideTheTes
     EXPECT_EQ(entries[0].client, QStringLiteral("gui"));
 }
 
-TEST(TrashPipeline, DryRunMeasuresAndTouchesNothing) {
+TEST(TrashPipeline, DryRunMeasuresAndTouchesNothing)
+{
     TestHome home;
     const QString folder = home.makeDirectory(QStringLiteral(".cache/linked"));
     const std::int64_t fileBytes = allocatedSize(home.writeFile(QStringLiteral(".cache/linked/a"), 5000));
@@ -92,8 +97,8 @@ TEST(TrashPipeline, DryRunMeasuresAndTouchesNothing) {
     const auto logger = loggerFor(home);
     const TrashPipeline pipeline({.auditLogger = logger, .homeURL = home.path()});
 
-    const TrashSummary summary = pipeline.trash({folder, empty, single, home.path(QStringLiteral("Library"))},
-                                                true, QStringLiteral("mcp"));
+    const TrashSummary summary =
+        pipeline.trash({folder, empty, single, home.path(QStringLiteral("Library"))}, true, QStringLiteral("mcp"));
     const auto& records = summary.records();
     EXPECT_EQ(records[0].status, TrashItemStatus::simulated);
     EXPECT_EQ(records[0].fileCount, 2); // each name of a linked file counts here
@@ -116,7 +121,8 @@ TEST(TrashPipeline, DryRunMeasuresAndTouchesNothing) {
     EXPECT_TRUE(logger->verifyIntegrity().isValid);
 }
 
-TEST(TrashPipeline, RunsThatCannotStartThrowAndLeaveNoLine) {
+TEST(TrashPipeline, RunsThatCannotStartThrowAndLeaveNoLine)
+{
     TestHome home;
     const auto logger = loggerFor(home);
     const TrashPipeline pipeline({.auditLogger = logger, .homeURL = home.path()});
@@ -137,13 +143,13 @@ TEST(TrashPipeline, RunsThatCannotStartThrowAndLeaveNoLine) {
     EXPECT_FALSE(QFileInfo::exists(logger->logFileURL()));
 }
 
-TEST(TrashPipeline, PurgeDeletesWithoutFollowingLinks) {
+TEST(TrashPipeline, PurgeDeletesWithoutFollowingLinks)
+{
     TestHome home;
     const QString outside = home.writeFile(QStringLiteral("projects/keep.txt"), 100);
     const QString folder = home.makeDirectory(QStringLiteral(".cache/build"));
     home.writeFile(QStringLiteral(".cache/build/deep/er/x.o"), 4000);
-    home.makeSymbolicLink(QStringLiteral(".cache/build/link-to-projects"),
-                          home.path(QStringLiteral("projects")));
+    home.makeSymbolicLink(QStringLiteral(".cache/build/link-to-projects"), home.path(QStringLiteral("projects")));
     const auto logger = loggerFor(home);
     const TrashPipeline pipeline({.auditLogger = logger, .homeURL = home.path()});
 
@@ -158,14 +164,15 @@ TEST(TrashPipeline, PurgeDeletesWithoutFollowingLinks) {
     EXPECT_EQ(logger->readEntries().at(0).operationType, AuditOperationType::purge);
 }
 
-TEST(TrashPipeline, RefusedTrashNeverFallsBackAndAnUnwritableLogChangesNothing) {
+TEST(TrashPipeline, RefusedTrashNeverFallsBackAndAnUnwritableLogChangesNothing)
+{
     TestHome home;
     const QString item = home.writeFile(QStringLiteral(".cache/locked/file"), 5000);
     const auto disk = std::make_shared<RefusingTrash>();
     // A log whose folder is a regular file cannot be written, not even by root.
     const QString plain = home.writeFile(QStringLiteral("plain"), 1);
-    const auto logger = std::make_shared<AuditLogger>(
-        AuditLogger::Options{.logFileURL = plain + QStringLiteral("/audit.jsonl")});
+    const auto logger =
+        std::make_shared<AuditLogger>(AuditLogger::Options{.logFileURL = plain + QStringLiteral("/audit.jsonl")});
     const TrashPipeline pipeline({.fileManager = disk, .auditLogger = logger, .homeURL = home.path()});
 
     const TrashSummary summary = pipeline.trash({item}, false, QStringLiteral("gui"));

@@ -2,7 +2,8 @@
 
 namespace kestrow::test {
 
-std::unique_ptr<QProcess> startKestrow(const QStringList& arguments) {
+std::unique_ptr<QProcess> startKestrow(const QStringList& arguments)
+{
     auto process = std::make_unique<QProcess>();
     process->start(QStringLiteral(KESTROW_BINARY), arguments);
     process->waitForStarted();

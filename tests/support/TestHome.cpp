@@ -23,7 +23,8 @@ QByteArray replaceVariable(const char* name, const QString& value)
 void unlockTree(const QString& folder)
 {
     QFile::setPermissions(folder, QFile::permissions(folder) | QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    const auto children = QDir(folder).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden | QDir::NoSymLinks);
+    const auto children =
+        QDir(folder).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden | QDir::NoSymLinks);
     for (const QFileInfo& child : children)
         unlockTree(child.filePath());
 }

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QString>
+
+#include <array>
+#include <optional>
+
+namespace kestrow {
+
+// Named base folders for building rule patterns. No rule carries one: patterns are
+// self-contained strings, and this is vocabulary for tools that compose them.
+class RuleBaseDirectory {
+public:
+    enum Value : int { home, userCaches, userApplicationSupport, userDeveloper, systemLibrary, absolute };
+
+    constexpr RuleBaseDirectory(Value value)
+        : m_value(value)
+    {
+    }
+    constexpr operator Value() const { return m_value; }
+
+    // The encoded form: the case name.
+    [[nodiscard]] QString rawValue() const;
+    [[nodiscard]] static std::optional<RuleBaseDirectory> fromRawValue(const QString& raw);
+    [[nodiscard]] static constexpr std::array<RuleBaseDirectory, 6> allCases()
+    {
+        return {home, userCaches, userApplicationSupport, userDeveloper, systemLibrary, absolute};
+    }
+
+private:
+    Value m_value;
+};
+
+} // namespace kestrow

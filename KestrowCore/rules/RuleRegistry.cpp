@@ -1,0 +1,244 @@
+#include "rules/RuleRegistry.h"
+
+#include "rules/BuiltInRules.h"
+#include "rules/RuleCatalog.h"
+#include "safety/GlobMatcher.h"
+#include "safety/SandboxValidator.h"
+#include "support/PathText.h"
+
+#include <QFile>
+#include <QSaveFile>
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+
+namespace kestrow {
+
+namespace {
+
+using Case = RuleRegistryError::Case;
+
+// Letters, marks and digits of any script, plus dot, underscore and hyphen.
+bool isValidRuleId(const QString& id)
+{
+    const QList<uint> scalars = id.toUcs4();
+    return std::all_of(scalars.begin(), scalars.end(), [](uint scalar) {
+        if (scalar == '.' || scalar == '_' || scalar == '-')
+            return true;
+        switch (QChar::category(char32_t(scalar))) {
+        case QChar::Letter_Uppercase:
+        case QChar::Letter_Lowercase:
+        case QChar::Letter_Titlecase:
+        case QChar::Letter_Modifier:
+        case QChar::Letter_Other:
+        case QChar::Mark_NonSpacing:
+        case QChar::Mark_SpacingCombining:
+        case QChar::Mark_Enclosing:
+        case QChar::Number_DecimalDigit:
+        case QChar::Number_Letter:
+        case QChar::Number_Other:
+            return true;
+        default:
+            return false;
+        }
+    });
+}
+
+bool passesSandbox(const RuleDefinition& rule, const QString& homeURL)
+{
+    try {
+        SandboxValidator::validate(rule, homeURL);
+        return true;
+    } catch (const SandboxSecurityError&) {
+        return false;
+    }
+}
+
+bool anyMatches(const QStringList& patterns, const QString& path, const QString& homeURL)
+{
+    return std::any_of(patterns.begin(), patterns.end(),
+                       [&](const QString& pattern) { return GlobMatcher::matches(pattern, path, homeURL); });
+}
+
+} // namespace
+
+RuleRegistry::RuleRegistry(Options options)
+    : m_rulesFileURL(options.rulesFileURL.value_or(PathText::appending(
+          PathText::appending(options.homeURL, QStringLiteral(".kestrow")), QStringLiteral("rules.json"))))
+    , m_homeURL(std::move(options.homeURL))
+    , m_fileManager(options.fileManager ? std::move(options.fileManager) : std::make_shared<FileManager>())
+{
+    for (RuleDefinition& rule : BuiltInRules::catalogue(QDateTime::currentDateTimeUtc()))
+        m_rulesById.emplace(rule.id, std::move(rule));
+}
+
+void RuleRegistry::loadCustomRules()
+{
+    const std::lock_guard operation(m_operation);
+    if (!m_fileManager->fileExists(m_rulesFileURL))
+        return;
+    QFile file(m_rulesFileURL);
+    if (!file.open(QIODevice::ReadOnly))
+        throw RuleRegistryError(Case::catalogPersistenceFailed, QStringLiteral("Could not read rules file at ") +
+                                                                    m_rulesFileURL + QStringLiteral(": ") +
+                                                                    file.errorString());
+    const QByteArray text = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        throw RuleRegistryError(Case::catalogPersistenceFailed, QStringLiteral("Could not read rules file at ") +
+                                                                    m_rulesFileURL + QStringLiteral(": ") +
+                                                                    file.errorString());
+    RuleCatalog catalog;
+    try {
+        catalog = RuleCatalog::fromFileText(text);
+    } catch (const JsonDecodingError& error) {
+        throw RuleRegistryError(Case::catalogDecodingFailed, error.description());
+    }
+    for (RuleDefinition& rule : catalog.rules) {
+        const auto existing = m_rulesById.find(rule.id);
+        if (existing != m_rulesById.end() && existing->second.isBuiltIn)
+            continue; // built-ins always win
+        if (!passesSandbox(rule, m_homeURL))
+            continue;
+        m_rulesById.insert_or_assign(rule.id, std::move(rule));
+    }
+}
+
+void RuleRegistry::saveCustomRules()
+{
+    const std::lock_guard operation(m_operation);
+    saveLocked();
+}
+
+void RuleRegistry::saveLocked() const
+{
+    RuleCatalog catalog{.version = RuleCatalog::currentVersion, .updatedAt = QDateTime::currentDateTimeUtc()};
+    for (const auto& [id, rule] : m_rulesById)
+        if (!rule.isBuiltIn)
+            catalog.rules.push_back(rule);
+    const QByteArray text = catalog.fileText();
+
+    const auto failed = [this](const QString& reason) {
+        return RuleRegistryError(Case::catalogPersistenceFailed, QStringLiteral("Failed to write rules to ") +
+                                                                     m_rulesFileURL + QStringLiteral(": ") + reason);
+    };
+    const QString folder = PathText::parent(m_rulesFileURL);
+    if (!m_fileManager->fileExists(folder)) {
+        std::error_code error;
+        std::filesystem::create_directories(QFile::encodeName(folder).toStdString(), error);
+        if (error)
+            throw failed(QString::fromStdString(error.message()));
+    }
+    // A reader sees the old text or the new one, never a mix.
+    QSaveFile file(m_rulesFileURL);
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit())
+        throw failed(file.errorString());
+}
+
+void RuleRegistry::registerRule(const RuleDefinition& rule)
+{
+    const std::lock_guard operation(m_operation);
+    if (rule.id.isEmpty())
+        throw RuleRegistryError(Case::invalidRuleId, QStringLiteral("(empty)"));
+    if (!isValidRuleId(rule.id))
+        throw RuleRegistryError(Case::invalidRuleId, rule.id);
+    const auto existing = m_rulesById.find(rule.id);
+    if (existing != m_rulesById.end() && existing->second.isBuiltIn)
+        throw RuleRegistryError(Case::cannotOverwriteBuiltIn, rule.id);
+    if (rule.patterns.isEmpty())
+        throw RuleRegistryError(Case::emptyPatterns, rule.id);
+    SandboxValidator::validate(rule, m_homeURL);
+
+    RuleDefinition stored = rule;
+    if (stored.isBuiltIn) {
+        // Only the catalogue is built in; a caller's rule becomes a dynamic one.
+        const QDateTime now = QDateTime::currentDateTimeUtc();
+        stored.isBuiltIn = false;
+        stored.synthesizedBy = rule.synthesizedBy.value_or(QStringLiteral("dynamic"));
+        stored.createdAt = rule.createdAt.value_or(now);
+        stored.updatedAt = now;
+    }
+    m_rulesById.insert_or_assign(stored.id, std::move(stored));
+    saveLocked();
+}
+
+void RuleRegistry::setRuleEnabled(const QString& id, bool enabled)
+{
+    const std::lock_guard operation(m_operation);
+    const auto found = m_rulesById.find(id);
+    if (found == m_rulesById.end())
+        throw RuleRegistryError(Case::invalidRuleId,
+                                QStringLiteral("Rule with ID '") + id + QStringLiteral("' not found."));
+    found->second.enabled = enabled;
+    // A built-in's switch lasts as long as this registry.
+    if (!found->second.isBuiltIn)
+        saveLocked();
+}
+
+void RuleRegistry::removeRule(const QString& id)
+{
+    const std::lock_guard operation(m_operation);
+    const auto found = m_rulesById.find(id);
+    if (found == m_rulesById.end())
+        return;
+    if (found->second.isBuiltIn)
+        throw RuleRegistryError(Case::cannotOverwriteBuiltIn,
+                                QStringLiteral("Built-in rule '") + id + QStringLiteral("' cannot be deleted."));
+    m_rulesById.erase(found);
+    saveLocked();
+}
+
+std::vector<RuleDefinition> RuleRegistry::allRules() const
+{
+    const std::lock_guard operation(m_operation);
+    std::vector<RuleDefinition> rules;
+    rules.reserve(m_rulesById.size());
+    for (const auto& [id, rule] : m_rulesById)
+        rules.push_back(rule);
+    return rules;
+}
+
+std::vector<RuleDefinition> RuleRegistry::activeRules() const
+{
+    const std::lock_guard operation(m_operation);
+    return activeRulesLocked();
+}
+
+std::vector<RuleDefinition> RuleRegistry::activeRulesLocked() const
+{
+    std::vector<RuleDefinition> rules;
+    for (const auto& [id, rule] : m_rulesById)
+        if (rule.enabled)
+            rules.push_back(rule);
+    return rules;
+}
+
+std::optional<RuleDefinition> RuleRegistry::rule(const QString& withId) const
+{
+    const std::lock_guard operation(m_operation);
+    const auto found = m_rulesById.find(withId);
+    if (found == m_rulesById.end())
+        return std::nullopt;
+    return found->second;
+}
+
+std::vector<RuleDefinition> RuleRegistry::rules(StorageCategory forCategory) const
+{
+    const std::lock_guard operation(m_operation);
+    std::vector<RuleDefinition> rules = activeRulesLocked();
+    std::erase_if(rules, [forCategory](const RuleDefinition& rule) { return rule.category != forCategory; });
+    return rules;
+}
+
+std::vector<RuleDefinition> RuleRegistry::matchingRules(const QString& forPath) const
+{
+    const std::lock_guard operation(m_operation);
+    std::vector<RuleDefinition> rules = activeRulesLocked();
+    // An exclusion always wins over a pattern.
+    std::erase_if(rules, [&](const RuleDefinition& rule) {
+        return anyMatches(rule.excludedPatterns, forPath, m_homeURL) || !anyMatches(rule.patterns, forPath, m_homeURL);
+    });
+    return rules;
+}
+
+} // namespace kestrow
