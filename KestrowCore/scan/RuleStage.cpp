@@ -77,9 +77,8 @@ std::vector<DiscoveredItem> RuleStage::scanRegistryRules(const RuleRegistry& reg
                                                          const ScanProgressCallback& progress,
                                                          std::stop_token stop) const
 {
-    // Items here keep their rule's tier: the scan only emits them unclassified.
-    const RiskClassifier classifier(m_homeURL, nullptr, m_fileManager);
-    TargetScan scan(m_measurer, classifier, progress, stop);
+    // Items here keep their rule's tier: no classifier takes part.
+    TargetScan scan(m_measurer, progress, stop);
     for (const RuleDefinition& rule : registry.activeRules()) {
         checkpoint(stop);
         if (!categories.contains(rule.category))

@@ -9,7 +9,15 @@ namespace kestrow {
 TargetScan::TargetScan(const ItemMeasurer& measurer, const RiskClassifier& riskClassifier,
                        const ScanProgressCallback& progress, std::stop_token stop)
     : m_measurer(measurer)
-    , m_riskClassifier(riskClassifier)
+    , m_riskClassifier(&riskClassifier)
+    , m_progress(progress)
+    , m_stop(std::move(stop))
+{
+}
+
+TargetScan::TargetScan(const ItemMeasurer& measurer, const ScanProgressCallback& progress, std::stop_token stop)
+    : m_measurer(measurer)
+    , m_riskClassifier(nullptr)
     , m_progress(progress)
     , m_stop(std::move(stop))
 {
@@ -17,8 +25,9 @@ TargetScan::TargetScan(const ItemMeasurer& measurer, const RiskClassifier& riskC
 
 void TargetScan::emit(const Location& location, const MeasuredMetrics& metrics)
 {
+    Q_ASSERT_X(m_riskClassifier, "TargetScan::emit", "a scan of already tiered items emits with emitUnclassified");
     const RiskClassificationResult classification =
-        m_riskClassifier.classify(location.path, location.category, location.isOrphaned);
+        m_riskClassifier->classify(location.path, location.category, location.isOrphaned);
     DiscoveredItem item{
         .id = QUuid::createUuid(),
         .path = location.path,

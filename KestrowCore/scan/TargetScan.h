@@ -18,6 +18,9 @@ class TargetScan {
 public:
     TargetScan(const ItemMeasurer& measurer, const RiskClassifier& riskClassifier, const ScanProgressCallback& progress,
                std::stop_token stop);
+    // A scan whose items come already tiered (the rule stage's): it only measures and emits
+    // with `emitUnclassified`; `emit` and `emitIfContent` need a classifier.
+    TargetScan(const ItemMeasurer& measurer, const ScanProgressCallback& progress, std::stop_token stop);
 
     struct Location {
         QString path;
@@ -33,8 +36,8 @@ public:
     void emit(const Location& location, const MeasuredMetrics& metrics);
     // Measures and emits the location if it has content; returns whether it did.
     bool emitIfContent(const Location& location);
-    // Emits an item the caller built itself, unmeasured and unclassified (a stand-in for a
-    // location that could not be read), with its progress report.
+    // Emits an item the caller built and tiered itself (a stand-in for a location that could
+    // not be read, or a rule's match), with its progress report.
     void emitUnclassified(DiscoveredItem item);
 
     // Throws CancellationError once the scan has been asked to stop.
@@ -45,7 +48,7 @@ public:
 
 private:
     const ItemMeasurer& m_measurer;
-    const RiskClassifier& m_riskClassifier;
+    const RiskClassifier* m_riskClassifier; // absent for a scan of already tiered items
     const ScanProgressCallback& m_progress;
     std::stop_token m_stop;
     std::vector<DiscoveredItem> m_items;
