@@ -1,5 +1,7 @@
 #include "platform/FileManager.h"
 
+#include "platform/NativePath.h"
+
 #include <QDir>
 #include <QFile>
 #include <QStandardPaths>
@@ -101,7 +103,7 @@ public:
             errno = 0;
         }
         if (errno != 0 && errno != ENOENT)
-            m_sink.unreadableDirectory(QFile::decodeName(QByteArray::fromStdString(path)), errno);
+            m_sink.unreadableDirectory(NativePath::decode(QByteArray::fromStdString(path)), errno);
         ::closedir(directory);
     }
 
@@ -114,7 +116,7 @@ public:
         if (child >= 0)
             walkDirectory(child, path);
         else if (errno != ENOENT && errno != ELOOP && errno != ENOTDIR)
-            m_sink.unreadableDirectory(QFile::decodeName(QByteArray::fromStdString(path)), errno);
+            m_sink.unreadableDirectory(NativePath::decode(QByteArray::fromStdString(path)), errno);
         path.resize(mark);
     }
 
@@ -182,10 +184,68 @@ int removeContents(int fd, std::string& path, std::string& failedPath)
 
 } // namespace
 
+FileManager::FileManager(std::shared_ptr<const SystemCalls> systemCalls)
+    : m_systemCalls(systemCalls ? std::move(systemCalls) : SystemCalls::real())
+{
+}
+
+AnchorOutcome FileManager::anchor(const QString& path) const
+{
+    const QByteArray native = NativePath::encode(path);
+    if (!native.startsWith('/'))
+        return {std::nullopt, EINVAL};
+    qsizetype end = native.size();
+    while (end > 1 && native.at(end - 1) == '/')
+        --end; // "dir/" names the entry "dir", a link as much as a folder
+    const qsizetype slash = native.lastIndexOf('/', end - 1);
+    const QByteArray name = native.mid(slash + 1, end - slash - 1);
+    if (name.isEmpty() || name == "." || name == "..")
+        return {std::nullopt, EINVAL};
+    const QByteArray folderPath = slash == 0 ? QByteArray("/") : native.left(slash);
+
+    const SystemCalls& calls = *m_systemCalls;
+    const int folderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW;
+    UniqueFd folder(calls.openConstrained(AT_FDCWD, folderPath.constData(), folderFlags, SystemCalls::noSymbolicLinks));
+    if (!folder.isOpen() && errno == ENOSYS) {
+        // No openat2: the same walk done by hand, one component at a time.
+        folder = UniqueFd(calls.openAt(AT_FDCWD, "/", folderFlags));
+        for (const QByteArray& component : folderPath.split('/')) {
+            if (!folder.isOpen())
+                break;
+            if (component.isEmpty() || component == ".")
+                continue;
+            if (component == "..") {
+                errno = ELOOP;
+                folder.reset();
+                break;
+            }
+            folder = UniqueFd(calls.openAt(folder.get(), component.constData(), folderFlags));
+        }
+    }
+    if (!folder.isOpen())
+        return {std::nullopt, errno};
+
+    FileStatus status;
+    if (calls.statAt(folder.get(), name.constData(), AT_SYMLINK_NOFOLLOW, status) != 0)
+        return {std::nullopt, errno};
+    return {AnchoredItem{std::move(folder), name,
+                         NativePath::decode(folderPath.endsWith('/') ? folderPath + name : folderPath + '/' + name),
+                         status},
+            0};
+}
+
+int FileManager::verifyAnchored(const AnchoredItem& item) const
+{
+    FileStatus now;
+    if (m_systemCalls->statAt(item.parent.get(), item.name.constData(), AT_SYMLINK_NOFOLLOW, now) != 0)
+        return errno;
+    return now.isSameObject(item.status) && now.type == item.status.type ? 0 : ESTALE;
+}
+
 std::optional<FileStatus> FileManager::status(const QString& path, bool followLinks) const
 {
     struct stat info;
-    const QByteArray native = QFile::encodeName(path);
+    const QByteArray native = NativePath::encode(path);
     if ((followLinks ? ::stat(native.constData(), &info) : ::lstat(native.constData(), &info)) != 0)
         return std::nullopt;
     return toStatus(info);
@@ -194,7 +254,7 @@ std::optional<FileStatus> FileManager::status(const QString& path, bool followLi
 bool FileManager::fileExists(const QString& path, bool* isDirectory) const
 {
     struct stat info;
-    if (path.isEmpty() || ::stat(QFile::encodeName(path).constData(), &info) != 0)
+    if (path.isEmpty() || ::stat(NativePath::encode(path).constData(), &info) != 0)
         return false;
     if (isDirectory)
         *isDirectory = S_ISDIR(info.st_mode);
@@ -204,7 +264,7 @@ bool FileManager::fileExists(const QString& path, bool* isDirectory) const
 DirectoryListing FileManager::contentsOfDirectory(const QString& path, bool skipHidden) const
 {
     DirectoryListing listing;
-    DIR* directory = ::opendir(QFile::encodeName(path).constData());
+    DIR* directory = ::opendir(NativePath::encode(path).constData());
     if (!directory) {
         listing.errorCode = errno;
         return listing;
@@ -217,7 +277,7 @@ DirectoryListing FileManager::contentsOfDirectory(const QString& path, bool skip
             errno = 0;
             continue;
         }
-        DirectoryEntry item{QFile::decodeName(name), entry->d_type == DT_DIR, entry->d_type == DT_LNK};
+        DirectoryEntry item{NativePath::decode(name), entry->d_type == DT_DIR, entry->d_type == DT_LNK};
         if (entry->d_type == DT_UNKNOWN) {
             struct stat info;
             if (::fstatat(dirFd, name, &info, AT_SYMLINK_NOFOLLOW) == 0) {
@@ -238,7 +298,7 @@ DirectoryListing FileManager::contentsOfDirectory(const QString& path, bool skip
 
 void FileManager::walk(const QString& root, WalkSink& sink, std::stop_token stop) const
 {
-    std::string path = QFile::encodeName(root).toStdString();
+    std::string path = NativePath::encode(root).toStdString();
     int fd;
     do {
         // The root itself may be reached through a link, as an ordinary open would.
@@ -276,7 +336,7 @@ FileOperationResult FileManager::trashItem(const QString& path) const
 
 FileOperationResult FileManager::removeItem(const QString& path) const
 {
-    std::string native = QFile::encodeName(path).toStdString();
+    std::string native = NativePath::encode(path).toStdString();
     std::string failedPath;
     int error = 0;
     struct stat info;
@@ -295,7 +355,7 @@ FileOperationResult FileManager::removeItem(const QString& path) const
     }
     if (error == 0)
         return {true, std::nullopt, {}};
-    const QString failed = failedPath.empty() ? path : QFile::decodeName(QByteArray::fromStdString(failedPath));
+    const QString failed = failedPath.empty() ? path : NativePath::decode(QByteArray::fromStdString(failedPath));
     return {false, std::nullopt,
             QStringLiteral("Could not remove \u201c%1\u201d: %2")
                 .arg(failed, QString::fromStdString(std::generic_category().message(error)))};

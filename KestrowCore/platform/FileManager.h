@@ -1,9 +1,13 @@
 #pragma once
 
 #include "platform/FileStatus.h"
+#include "platform/SystemCalls.h"
+#include "platform/UniqueFd.h"
 
+#include <QByteArray>
 #include <QString>
 
+#include <memory>
 #include <optional>
 #include <stop_token>
 #include <vector>
@@ -39,11 +43,40 @@ struct FileOperationResult {
     QString errorDescription;
 };
 
+// An item opened for acting on: the folder that holds it, reached from "/" one component at a
+// time without following a link, the item's name in it, and what the item was when it was
+// opened. Acting through `parent` and `name` reaches this object and no other, whatever
+// happens meanwhile to the path text above it. Move-only.
+struct AnchoredItem {
+    UniqueFd parent;
+    QByteArray name;   // native bytes, one component
+    QString path;      // the absolute path `parent` was reached by, with the name
+    FileStatus status; // of the item itself (a link is the link), taken when anchored
+};
+
+// What `anchor` gave: the item, or the errno of the component that could not be opened
+// (ENOENT: nothing there; ELOOP or ENOTDIR: a link or a file where a folder should be).
+struct AnchorOutcome {
+    std::optional<AnchoredItem> item;
+    int errorCode = 0;
+};
+
 // All file system access of the core goes through one of these, handed in at construction,
 // so that tests can inject refusals that bite even for root. The default is the real disk.
+// Paths are text in the lossless form of NativePath.
 class FileManager {
 public:
+    explicit FileManager(std::shared_ptr<const SystemCalls> systemCalls = SystemCalls::real());
     virtual ~FileManager() = default;
+
+    [[nodiscard]] const SystemCalls& systemCalls() const { return *m_systemCalls; }
+
+    // Opens the folder holding `path` (absolute, its folders free of links) from "/" without
+    // following any link, and looks at the item there without following it either.
+    [[nodiscard]] virtual AnchorOutcome anchor(const QString& path) const;
+    // 0 when the name in `item.parent` still holds the object that was anchored; else the
+    // errno (ENOENT when it went, ESTALE when another object took its place).
+    [[nodiscard]] int verifyAnchored(const AnchoredItem& item) const;
 
     // lstat of the path itself, or, with `followLinks`, stat of what it leads to.
     [[nodiscard]] virtual std::optional<FileStatus> status(const QString& path, bool followLinks = false) const;
@@ -61,6 +94,9 @@ public:
     // Deletes the item for good, a folder with all it holds; links are removed, not followed.
     // Stops at the first thing that cannot go and names it.
     [[nodiscard]] virtual FileOperationResult removeItem(const QString& path) const;
+
+private:
+    std::shared_ptr<const SystemCalls> m_systemCalls;
 };
 
 } // namespace kestrow
