@@ -361,4 +361,19 @@ FileOperationResult FileManager::removeItem(const QString& path) const
                 .arg(failed, QString::fromStdString(std::generic_category().message(error)))};
 }
 
+void FileManager::walk(const AnchoredItem& item, WalkSink& sink, std::stop_token stop) const
+{
+    walk(item.path, sink, std::move(stop));
+}
+
+FileOperationResult FileManager::trashItem(const AnchoredItem& item) const
+{
+    return trashItem(item.path);
+}
+
+FileOperationResult FileManager::removeItem(const AnchoredItem& item) const
+{
+    return removeItem(item.path);
+}
+
 } // namespace kestrow

@@ -22,6 +22,9 @@ public:
     virtual void regularFile(const FileStatus& status) = 0;
     // A folder below the root (or the root itself) that could not be read; the walk goes on.
     virtual void unreadableDirectory(const QString& path, int errorCode) = 0;
+    // A folder below the root where another file system (or a bind mount) is attached. Only
+    // walks that stay on the root's mount report these; they do not enter them.
+    virtual void mountPoint(const QString& path) { (void)path; }
 };
 
 struct DirectoryEntry {
@@ -94,6 +97,13 @@ public:
     // Deletes the item for good, a folder with all it holds; links are removed, not followed.
     // Stops at the first thing that cannot go and names it.
     [[nodiscard]] virtual FileOperationResult removeItem(const QString& path) const;
+
+    // The same, on an anchored item: each first checks that the name still holds the anchored
+    // object and fails the item otherwise. The walk stays on the item's mount and reports the
+    // mount points it meets; the removal never crosses one and fails on meeting it.
+    virtual void walk(const AnchoredItem& item, WalkSink& sink, std::stop_token stop = {}) const;
+    [[nodiscard]] virtual FileOperationResult trashItem(const AnchoredItem& item) const;
+    [[nodiscard]] virtual FileOperationResult removeItem(const AnchoredItem& item) const;
 
 private:
     std::shared_ptr<const SystemCalls> m_systemCalls;

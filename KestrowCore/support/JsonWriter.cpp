@@ -83,41 +83,62 @@ QByteArray JsonWriter::formatDouble(double value)
 void JsonWriter::appendString(QByteArray& out, const QString& text, bool escapeSlashes)
 {
     static const char* const hex = "0123456789abcdef";
+    const auto appendEscaped = [&out](char16_t u) {
+        out.append("\\u");
+        out.append(hex[u >> 12]);
+        out.append(hex[(u >> 8) & 0xF]);
+        out.append(hex[(u >> 4) & 0xF]);
+        out.append(hex[u & 0xF]);
+    };
     out.append('"');
-    for (const char c : text.toUtf8()) {
-        const auto u = static_cast<unsigned char>(c);
-        switch (c) {
-        case '"':
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t u = text.at(i).unicode();
+        switch (u) {
+        case u'"':
             out.append("\\\"");
             break;
-        case '\\':
+        case u'\\':
             out.append("\\\\");
             break;
-        case '/':
+        case u'/':
             out.append(escapeSlashes ? "\\/" : "/");
             break;
-        case '\n':
+        case u'\n':
             out.append("\\n");
             break;
-        case '\r':
+        case u'\r':
             out.append("\\r");
             break;
-        case '\t':
+        case u'\t':
             out.append("\\t");
             break;
-        case '\b':
+        case u'\b':
             out.append("\\b");
             break;
-        case '\f':
+        case u'\f':
             out.append("\\f");
+            break;
+        // Line breaks to readers that split on the Unicode newline set: escaped, so that one
+        // value never spans two lines of a JSON Lines file.
+        case 0x0085:
+        case 0x2028:
+        case 0x2029:
+            appendEscaped(u);
             break;
         default:
             if (u < 0x20) {
-                out.append("\\u00");
-                out.append(hex[u >> 4]);
-                out.append(hex[u & 0xF]);
+                appendEscaped(u);
+            } else if (u < 0x80) {
+                out.append(static_cast<char>(u));
+            } else if (QChar::isHighSurrogate(u) && i + 1 < text.size() && text.at(i + 1).isLowSurrogate()) {
+                out.append(QStringView(text).mid(i, 2).toUtf8());
+                ++i;
+            } else if (QChar::isSurrogate(u)) {
+                // A lone surrogate stands for a byte of a name that is not UTF-8; the escape
+                // keeps it, where UTF-8 has no form for it.
+                appendEscaped(u);
             } else {
-                out.append(c);
+                out.append(QStringView(text).mid(i, 1).toUtf8());
             }
         }
     }

@@ -31,3 +31,12 @@ TEST(JsonWriter, NumbersRoundTripInTheirShortestForm)
     EXPECT_TRUE(read.toArray()[1].isDouble());
     EXPECT_EQ(JsonWriter::compact(read.toArray()[2]), "\"\xC3\xA9\\u0001\"");
 }
+
+TEST(JsonWriter, LineBreaksAndRawNameBytesAreEscapedAndReadBack)
+{
+    // U+DCE9 stands for the byte 0xE9 of a name that is not UTF-8.
+    const QString text = QStringLiteral("a\u2028b\u2029c\u0085d") + QChar(char16_t(0xDCE9)) + QStringLiteral("\u00e9/");
+    const QByteArray json = kestrow::JsonWriter::write(kestrow::JsonValue(text), {.escapeSlashes = true});
+    EXPECT_EQ(json, QByteArray("\"a\\u2028b\\u2029c\\u0085d\\udce9\xc3\xa9\\/\""));
+    EXPECT_EQ(kestrow::JsonDecoder::parse("[" + json + "]").toArray().at(0).toString(), text);
+}
