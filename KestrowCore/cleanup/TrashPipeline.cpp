@@ -1,10 +1,14 @@
 #include "cleanup/TrashPipeline.h"
 
 #include "safety/SandboxValidator.h"
+#include "support/PathText.h"
 
 #include <QDateTime>
 #include <QDir>
 #include <QUuid>
+
+#include <cerrno>
+#include <system_error>
 
 namespace kestrow {
 
@@ -31,14 +35,22 @@ public:
             rootUnreadable = true;
     }
 
+    void mountPoint(const QString& path) override { mountPoints.append(path); }
+
     std::int64_t allocatedBytes = 0;
     std::int64_t logicalBytes = 0;
     std::int64_t fileCount = 0;
     bool rootUnreadable = false;
+    QStringList mountPoints;
 
 private:
     const QString& m_root;
 };
+
+QString systemMessage(int errorCode)
+{
+    return QString::fromStdString(std::generic_category().message(errorCode));
+}
 
 TrashItemRecord makeRecord(const QString& path, const MeasuredMetrics& metrics, TrashItemStatus status,
                            std::optional<QString> trashPath = std::nullopt,
@@ -126,40 +138,82 @@ TrashItemRecord TrashPipeline::processItem(const QString& path, bool dryRun, boo
                           QStringLiteral("File does not exist: ") + path);
     }
 
+    // From here on the item is reached through its parent's descriptor: whatever is done to
+    // the path text meanwhile, the object measured and moved is the one opened here.
+    const QString actingPath = pathActedOn(path);
+    if (actingPath != PathText::standardizedLocation(path)) {
+        try {
+            SandboxValidator::validate(actingPath, m_homeURL);
+        } catch (const SandboxSecurityError& error) {
+            return makeRecord(path, {.fileCount = 1}, TrashItemStatus::failed, std::nullopt,
+                              QStringLiteral("Sandbox violation: ") + error.description());
+        }
+    }
+    AnchorOutcome anchored = m_fileManager->anchor(actingPath);
+    if (!anchored.item) {
+        if (anchored.errorCode == ENOENT)
+            return makeRecord(path, {.fileCount = 1}, TrashItemStatus::failed, std::nullopt,
+                              QStringLiteral("File does not exist: ") + path);
+        return makeRecord(path, {.fileCount = 1}, TrashItemStatus::failed, std::nullopt,
+                          QStringLiteral("Could not open the folder holding \u201c%1\u201d: %2")
+                              .arg(path, systemMessage(anchored.errorCode)));
+    }
+    const AnchoredItem& item = *anchored.item;
+
     // Measured first: once moved, nothing is left here to measure.
-    const MeasuredMetrics metrics = computeItemMetrics(path);
+    const ItemMeasure measure = measureAnchored(item);
+    if (!measure.mountPoints.isEmpty()) {
+        return makeRecord(path, measure.metrics, TrashItemStatus::failed, std::nullopt,
+                          QStringLiteral("\u201c%1\u201d holds a mount point at \u201c%2\u201d; nothing was moved.")
+                              .arg(path, measure.mountPoints.first()));
+    }
     if (dryRun)
-        return makeRecord(path, metrics, TrashItemStatus::simulated);
+        return makeRecord(path, measure.metrics, TrashItemStatus::simulated);
     const FileOperationResult outcome =
-        permanentPurge ? m_fileManager->removeItem(path) : m_fileManager->trashItem(path);
+        permanentPurge ? m_fileManager->removeItem(item) : m_fileManager->trashItem(item);
     if (!outcome.succeeded)
-        return makeRecord(path, metrics, TrashItemStatus::failed, std::nullopt, outcome.errorDescription);
-    return makeRecord(path, metrics, TrashItemStatus::success, permanentPurge ? std::nullopt : outcome.resultingPath);
+        return makeRecord(path, measure.metrics, TrashItemStatus::failed, std::nullopt, outcome.errorDescription);
+    return makeRecord(path, measure.metrics, TrashItemStatus::success,
+                      permanentPurge ? std::nullopt : outcome.resultingPath);
+}
+
+QString TrashPipeline::pathActedOn(const QString& path)
+{
+    // The folders above the item resolved, the item itself not: "link/" and "link" both name
+    // the link.
+    const QString location = PathText::standardizedLocation(path);
+    const QString folder =
+        PathText::removingDotComponents(PathText::resolvingSymbolicLinks(PathText::parent(location)));
+    return PathText::appending(folder, PathText::lastComponent(location));
 }
 
 MeasuredMetrics TrashPipeline::computeItemMetrics(const QString& path) const
 {
-    bool isDirectory = false;
-    if (!m_fileManager->fileExists(path, &isDirectory))
+    if (!m_fileManager->fileExists(path))
         return {};
-    if (!isDirectory)
-        return getFileSize(path);
-    CountingSink sink(path);
-    m_fileManager->walk(path, sink);
-    if (sink.rootUnreadable && sink.fileCount == 0)
-        return getFileSize(path);
-    return {.allocatedBytes = sink.allocatedBytes,
-            .logicalBytes = sink.logicalBytes,
-            .fileCount = std::max<std::int64_t>(sink.fileCount, 1)};
+    const AnchorOutcome anchored = m_fileManager->anchor(pathActedOn(path));
+    if (!anchored.item)
+        return {.fileCount = 1};
+    return measureAnchored(*anchored.item).metrics;
 }
 
-MeasuredMetrics TrashPipeline::getFileSize(const QString& path) const
+TrashPipeline::ItemMeasure TrashPipeline::measureAnchored(const AnchoredItem& item) const
 {
-    // What the path leads to, as the existence test saw it. A folder has no size of its own.
-    const std::optional<FileStatus> status = m_fileManager->status(path, true);
-    if (!status || status->isDirectory())
-        return {.fileCount = 1};
-    return {.allocatedBytes = status->allocatedSize, .logicalBytes = status->size, .fileCount = 1};
+    // A link is measured as itself, as it is what moves; so is any other non-folder.
+    if (!item.status.isDirectory()) {
+        return {
+            .metrics = {.allocatedBytes = item.status.allocatedSize, .logicalBytes = item.status.size, .fileCount = 1}};
+    }
+    CountingSink sink(item.path);
+    m_fileManager->walk(item, sink);
+    ItemMeasure measure{.mountPoints = sink.mountPoints};
+    if (sink.rootUnreadable && sink.fileCount == 0)
+        measure.metrics = {.fileCount = 1};
+    else
+        measure.metrics = {.allocatedBytes = sink.allocatedBytes,
+                           .logicalBytes = sink.logicalBytes,
+                           .fileCount = std::max<std::int64_t>(sink.fileCount, 1)};
+    return measure;
 }
 
 } // namespace kestrow

@@ -38,14 +38,22 @@ public:
 
     // One path from sandbox check to outcome. Never throws.
     [[nodiscard]] TrashItemRecord processItem(const QString& path, bool dryRun, bool permanentPurge) const;
-    // Allocated and logical bytes and regular files of a path, links not followed below it.
+    // Allocated and logical bytes and regular files of a path, links not followed, neither below
+    // it nor the path itself: a link measures as the link, which is what would move.
     // Unlike a scan's measure, a file linked twice in a folder counts twice. An absent path
     // measures 0 files, an empty folder 1.
     [[nodiscard]] MeasuredMetrics computeItemMetrics(const QString& path) const;
 
 private:
+    struct ItemMeasure {
+        MeasuredMetrics metrics;
+        QStringList mountPoints; // below the item: it must not move or go with them
+    };
+
+    // The absolute path of the object an operation on `path` acts on.
+    [[nodiscard]] static QString pathActedOn(const QString& path);
+    [[nodiscard]] ItemMeasure measureAnchored(const AnchoredItem& item) const;
     TrashSummary run(const QStringList& urls, bool dryRun, bool permanentPurge, const QString& client) const;
-    [[nodiscard]] MeasuredMetrics getFileSize(const QString& path) const;
 
     std::shared_ptr<const FileManager> m_fileManager;
     std::shared_ptr<AuditLogger> m_auditLogger;

@@ -16,14 +16,14 @@ namespace {
 // A disk whose Trash refuses every item, and which notes any deletion asked of it.
 class RefusingTrash : public FileManager {
 public:
-    FileOperationResult trashItem(const QString&) const override
+    FileOperationResult trashItem(const AnchoredItem&) const override
     {
         return {false, std::nullopt, QStringLiteral("Permission denied")};
     }
-    FileOperationResult removeItem(const QString& path) const override
+    FileOperationResult removeItem(const AnchoredItem& item) const override
     {
-        removed.append(path);
-        return FileManager::removeItem(path);
+        removed.append(item.path);
+        return FileManager::removeItem(item);
     }
     mutable QStringList removed;
 };
