@@ -1,5 +1,6 @@
 #include "safety/RiskClassifier.h"
 
+#include "platform/LinkResolver.h"
 #include "rules/RuleRegistry.h"
 #include "safety/CacheDirTagDetector.h"
 #include "support/PathText.h"
@@ -107,9 +108,10 @@ RiskClassificationResult RiskClassifier::classify(const QString& path, StorageCa
     if (const auto reason = evaluateKeepBoundaries(itemPath, homePath))
         return {.riskTier = RiskTier::keep, .confidence = 1.0, .reason = *reason};
 
-    const QString resolvedPath = PathText::standardizing(PathText::resolvingSymbolicLinks(path));
+    const LinkResolver resolver(m_fileManager->systemCalls());
+    const QString resolvedPath = PathText::standardizing(resolver.resolvingSymbolicLinks(path));
     if (resolvedPath != itemPath) {
-        const QString resolvedHome = PathText::standardizing(PathText::resolvingSymbolicLinks(m_homeURL));
+        const QString resolvedHome = PathText::standardizing(resolver.resolvingSymbolicLinks(m_homeURL));
         auto reason = evaluateKeepBoundaries(resolvedPath, resolvedHome);
         if (!reason)
             reason = evaluateKeepBoundaries(resolvedPath, homePath);
@@ -137,7 +139,7 @@ RiskClassificationResult RiskClassifier::classify(const QString& path, StorageCa
 
     bool isDirectory = false;
     if (m_fileManager->fileExists(itemPath, &isDirectory) && isDirectory) {
-        const std::optional<CacheDirTagInfo> tag = CacheDirTagDetector::detectTag(itemPath);
+        const std::optional<CacheDirTagInfo> tag = CacheDirTagDetector::detectTag(itemPath, *m_fileManager);
         if (tag && tag->isValid)
             return {.riskTier = RiskTier::safeToDelete,
                     .confidence = 1.0,
