@@ -2,8 +2,16 @@
 
 #include "rules/RuleRegistry.h"
 #include "safety/CacheDirTagDetector.h"
+#include "safety/CacheDirTagWriteError.h"
 #include "safety/RiskClassifier.h"
 #include "scan/DeepScanEngine.h"
+#include "support/PathText.h"
+
+#include <chrono>
+#include <fcntl.h>
+#include <future>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -130,6 +138,41 @@ TEST(RiskClassifier, CacheTagOnlyOnValidTagsOfDirectories)
         EXPECT_FALSE(result.hasCacheDirTag) << untagged.toStdString();
         EXPECT_EQ(result.riskTier, RiskTier::reviewRequired) << untagged.toStdString();
     }
+}
+
+TEST(RiskClassifier, TagsThatAreNoRegularFilesCountForNothingAndNeverBlock)
+{
+    TestHome home;
+    const QByteArray signature = "Signature: 8a477f597d28d172789f06886806bc55\n";
+    const QString valid = home.writeFile(QStringLiteral("tags/valid/CACHEDIR.TAG"), signature);
+    const QString fifo = home.makeDirectory(QStringLiteral("tags/fifo"));
+    const QString fifoTag = fifo + QStringLiteral("/CACHEDIR.TAG");
+    ASSERT_EQ(::mkfifo(QFile::encodeName(fifoTag).constData(), 0600), 0);
+    const QString linked = home.makeDirectory(QStringLiteral("tags/linked"));
+    home.makeSymbolicLink(QStringLiteral("tags/linked/CACHEDIR.TAG"), valid);
+    const QString folder = home.makeDirectory(QStringLiteral("tags/folder/CACHEDIR.TAG"));
+
+    const RiskClassifier classifier(home.path());
+    auto classified = std::async(std::launch::async,
+                                 [&] { return classifier.classify(fifo, StorageCategory::aiModelWeights, false); });
+    if (classified.wait_for(std::chrono::seconds(10)) != std::future_status::ready) {
+        ADD_FAILURE() << "classifying a folder whose tag is a FIFO waits for a writer";
+        // Let the waiting reader go: a writer comes and leaves at once.
+        ::close(::open(QFile::encodeName(fifoTag).constData(), O_WRONLY | O_NONBLOCK));
+    }
+    EXPECT_FALSE(classified.get().hasCacheDirTag);
+    for (const QString& untagged : {fifo, linked, PathText::parent(folder)}) {
+        EXPECT_EQ(CacheDirTagDetector::detectTag(untagged), std::nullopt) << untagged.toStdString();
+        EXPECT_FALSE(classifier.classify(untagged, StorageCategory::aiModelWeights, false).hasCacheDirTag)
+            << untagged.toStdString();
+    }
+
+    // Writing never goes through a link in the tag's place, nor replaces it.
+    EXPECT_THROW(CacheDirTagDetector::writeTag(linked), CacheDirTagWriteError);
+    EXPECT_TRUE(QFileInfo(linked + QStringLiteral("/CACHEDIR.TAG")).isSymLink());
+    QFile original(valid);
+    ASSERT_TRUE(original.open(QIODevice::ReadOnly));
+    EXPECT_EQ(original.readAll(), signature);
 }
 
 TEST(RiskClassifier, CategoryDefaultsFollowTheirOwnTable)
