@@ -5,8 +5,6 @@
 #include "safety/CacheDirTagDetector.h"
 #include "support/PathText.h"
 
-#include <QRegularExpression>
-
 #include <vector>
 
 namespace kestrow {
@@ -66,12 +64,22 @@ bool isOrUnder(const QString& lowered, const QString& directory)
 }
 
 // The same entry in any user's home: "/users/NAME/entry", followed by "/" or the end for a
-// folder, by the end alone for a file.
+// folder, by the end alone for a file. This is the expression "^/users/[^/]+/entry(/|$)" (or
+// "...entry$") tested by hand, its "$" included, which also holds before a final newline.
 bool inAnyUsersHome(const QString& lowered, const QString& entry, Reach reach)
 {
-    const QString tail = reach == Reach::folder ? QStringLiteral("(/|$)") : QStringLiteral("$");
-    const QRegularExpression expression(QStringLiteral("^/users/[^/]+/") + QRegularExpression::escape(entry) + tail);
-    return expression.match(lowered).hasMatch();
+    const QLatin1String users("/users/");
+    if (!lowered.startsWith(users))
+        return false;
+    const qsizetype nameEnd = lowered.indexOf(QLatin1Char('/'), users.size());
+    if (nameEnd <= users.size())
+        return false;
+    QStringView rest = QStringView(lowered).mid(nameEnd + 1);
+    if (!rest.startsWith(entry))
+        return false;
+    rest = rest.mid(entry.size());
+    const bool atEnd = rest.isEmpty() || rest == QLatin1String("\n");
+    return atEnd || (reach == Reach::folder && rest.startsWith(QLatin1Char('/')));
 }
 
 } // namespace

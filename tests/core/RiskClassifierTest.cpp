@@ -7,6 +7,8 @@
 #include "scan/DeepScanEngine.h"
 #include "support/PathText.h"
 
+#include <QRegularExpression>
+
 #include <chrono>
 #include <fcntl.h>
 #include <future>
@@ -70,6 +72,45 @@ TEST(RiskClassifier, ProtectedGroundIsKeptWithItsReason)
     EXPECT_EQ(reasonFor("/Users/me/.gitconfig/x"), QStringLiteral("(not kept)"))
         << "configuration files have no prefix test";
     EXPECT_EQ(reasonFor("/opt/caches/x"), QStringLiteral("(not kept)"));
+}
+
+TEST(RiskClassifier, AnyUsersHomeIsTestedAsItsRegularExpressionWould)
+{
+    const RiskClassifier classifier(QStringLiteral("/h/me"));
+    const struct {
+        const char* entry;
+        bool folder;
+        const char* reason;
+    } entries[]{
+        {"documents", true, "Protected user personal directory (~/documents)."},
+        {".cargo/bin", true, "Protected executable user tool binaries (~/.cargo/bin)."},
+        {".ssh", true, "Protected security credentials or keychains."},
+        {".zshrc", false, "Protected active configuration file."},
+        {".gradle/gradle.properties", false, "Protected active configuration file."},
+    };
+    const QStringList users{QStringLiteral("other"), QString(), QStringLiteral("a\nb"), QStringLiteral("O.ther")};
+    const QStringList tails{QString(),
+                            QStringLiteral("/"),
+                            QStringLiteral("/x"),
+                            QStringLiteral("x"),
+                            QStringLiteral("\n"),
+                            QStringLiteral("\n\n"),
+                            QStringLiteral("/\n"),
+                            QStringLiteral(".d/x"),
+                            QStringLiteral("\nx")};
+    for (const auto& [entry, folder, reason] : entries) {
+        const QRegularExpression expression(QStringLiteral("^/users/[^/]+/") +
+                                            QRegularExpression::escape(QLatin1String(entry)) +
+                                            (folder ? QStringLiteral("(/|$)") : QStringLiteral("$")));
+        for (const QString& prefix : {QStringLiteral("/users/"), QStringLiteral("/Users/"), QStringLiteral("/usr/")})
+            for (const QString& user : users)
+                for (const QString& tail : tails) {
+                    const QString path = prefix + user + QLatin1Char('/') + QLatin1String(entry) + tail;
+                    const bool expected = expression.match(PathText::standardizing(path).toLower()).hasMatch();
+                    const QString given = classifier.classify(path, StorageCategory::developerCache, false).reason;
+                    EXPECT_EQ(given == QLatin1String(reason), expected) << path.toStdString();
+                }
+    }
 }
 
 TEST(RiskClassifier, LinksIntoProtectedGroundAreKept)
