@@ -111,6 +111,13 @@ TEST(RiskClassifier, AnyUsersHomeIsTestedAsItsRegularExpressionWould)
                     EXPECT_EQ(given == QLatin1String(reason), expected) << path.toStdString();
                 }
     }
+    // A name that is not valid UTF-8 (its byte kept as a lone surrogate), on which the expression
+    // fails to match at all, is protected like any other.
+    EXPECT_EQ(classifier
+                  .classify(QStringLiteral("/Users/") + QChar(0xDC80) + QStringLiteral("/Documents/a"),
+                            StorageCategory::developerCache, false)
+                  .reason,
+              QStringLiteral("Protected user personal directory (~/documents)."));
 }
 
 TEST(RiskClassifier, LinksIntoProtectedGroundAreKept)
