@@ -44,9 +44,13 @@ struct CheckOutcome {
     {
         QString text = path + QStringLiteral(": ");
         text += error ? QStringLiteral("refused: ") + error->description() : QStringLiteral("allowed.");
-        text += QStringLiteral(" Tier: %1 (confidence %2): %3")
-                    .arg(classification.riskTier.displayName(), QString::number(classification.confidence, 'f', 2),
-                         classification.reason);
+        text += QStringLiteral(" Tier: %1 (confidence %2)")
+                    .arg(classification.riskTier.displayName(), QString::number(classification.confidence, 'f', 2));
+        // The refusal already stands in front when it is the reason.
+        if (!error || classification.reason != error->description())
+            text += QStringLiteral(": ") + classification.reason;
+        else
+            text += QLatin1Char('.');
         if (classification.matchedRuleId)
             text += QStringLiteral(" [rule ") + *classification.matchedRuleId + QLatin1Char(']');
         if (classification.hasCacheDirTag)
@@ -74,6 +78,11 @@ int runCheck(const CheckOptions& options)
         // The classifier takes a location: "~" expanded, relative text made absolute.
         const QString location = PathText::standardizedLocation(PathText::expandingTilde(outcome.path, homePath));
         outcome.classification = classifier.classify(location, category, false);
+        // What the sandbox refuses is kept whatever the classifier advises; its own reason for
+        // keeping it stands when it has one.
+        if (outcome.error && outcome.classification.riskTier != RiskTier::keep)
+            outcome.classification = {
+                .riskTier = RiskTier::keep, .confidence = 1.0, .reason = outcome.error->description()};
         outcomes.push_back(std::move(outcome));
     }
 

@@ -376,4 +376,54 @@ FileOperationResult FileManager::removeItem(const AnchoredItem& item) const
     return removeItem(item.path);
 }
 
+FileManager::RegularFileRead FileManager::readRegularFile(const QString& path, qsizetype maxBytes,
+                                                          bool followLinks) const
+{
+    RegularFileRead result;
+    const auto fail = [&result](int errorCode) {
+        result.bytes.clear();
+        result.errorCode = errorCode;
+        result.errorDescription = QString::fromStdString(std::generic_category().message(errorCode));
+        return std::move(result);
+    };
+    const auto notRegular = [&result](const FileStatus& status) {
+        result.errorCode = status.isDirectory() ? EISDIR : status.isSymbolicLink() ? ELOOP : EINVAL;
+        result.errorDescription = status.isSymbolicLink() ? QStringLiteral("it is a symbolic link")
+                                                          : QStringLiteral("it is not a regular file");
+        return std::move(result);
+    };
+    const QByteArray native = NativePath::encode(path);
+    const SystemCalls& calls = *m_systemCalls;
+    const int linkFlag = followLinks ? 0 : AT_SYMLINK_NOFOLLOW;
+    FileStatus status;
+    // Looked at first, so that a FIFO or a device is not even opened; then checked again on
+    // what was opened, in case the name changed hands in between.
+    if (calls.statAt(AT_FDCWD, native.constData(), linkFlag, status) != 0)
+        return fail(errno);
+    if (!status.isRegularFile())
+        return notRegular(status);
+    const int openFlags = O_RDONLY | O_NONBLOCK | O_NOCTTY | (followLinks ? 0 : O_NOFOLLOW);
+    const UniqueFd file(calls.openAt(AT_FDCWD, native.constData(), openFlags));
+    if (!file.isOpen())
+        return fail(errno);
+    if (calls.statAt(file.get(), "", AT_EMPTY_PATH, status) != 0)
+        return fail(errno);
+    if (!status.isRegularFile())
+        return notRegular(status);
+    result.opened = true;
+    result.bytes.resize(std::max<qsizetype>(maxBytes, 0));
+    qsizetype filled = 0;
+    while (filled < result.bytes.size()) {
+        const ssize_t count =
+            calls.read(file.get(), result.bytes.data() + filled, static_cast<size_t>(result.bytes.size() - filled));
+        if (count < 0)
+            return fail(errno);
+        if (count == 0)
+            break;
+        filled += count;
+    }
+    result.bytes.truncate(filled);
+    return result;
+}
+
 } // namespace kestrow

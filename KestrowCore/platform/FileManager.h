@@ -105,6 +105,20 @@ public:
     [[nodiscard]] virtual FileOperationResult trashItem(const AnchoredItem& item) const;
     [[nodiscard]] virtual FileOperationResult removeItem(const AnchoredItem& item) const;
 
+    // What `readRegularFile` read.
+    struct RegularFileRead {
+        QByteArray bytes;
+        int errorCode = 0;        // errno of the failure; 0 when the bytes were read
+        bool opened = false;      // the file was opened, so a failure came while reading it
+        QString errorDescription; // the system's text, or why the file was not opened
+    };
+    // At most `maxBytes` from the start of the file at `path`, read only when it is a regular
+    // file: a folder, FIFO, socket or device is never opened for reading, so nothing waits on
+    // a writer that never comes. Without `followLinks` a symbolic link at the last component is
+    // refused too (ELOOP, as the system answers).
+    [[nodiscard]] virtual RegularFileRead readRegularFile(const QString& path, qsizetype maxBytes,
+                                                          bool followLinks = false) const;
+
 private:
     std::shared_ptr<const SystemCalls> m_systemCalls;
 };

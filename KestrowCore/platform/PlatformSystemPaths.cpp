@@ -10,6 +10,12 @@ const QStringList& PlatformSystemPaths::userHomeRoots()
     return none;
 }
 
+const QStringList& PlatformSystemPaths::sharedRoots()
+{
+    static const QStringList none;
+    return none;
+}
+
 const QStringList& PlatformSystemPaths::systemPrefixes()
 {
     static const QStringList none;
@@ -21,6 +27,13 @@ const QStringList& PlatformSystemPaths::systemPrefixes()
 const QStringList& PlatformSystemPaths::userHomeRoots()
 {
     static const QStringList roots{QStringLiteral("/home"), QStringLiteral("/root")};
+    return roots;
+}
+
+const QStringList& PlatformSystemPaths::sharedRoots()
+{
+    static const QStringList roots{QStringLiteral("/opt"), QStringLiteral("/srv"), QStringLiteral("/mnt"),
+                                   QStringLiteral("/media"), QStringLiteral("/nix")};
     return roots;
 }
 

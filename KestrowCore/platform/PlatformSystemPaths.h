@@ -11,6 +11,9 @@ class PlatformSystemPaths {
 public:
     // Folders that hold users' homes: only the home being worked on is open below them.
     [[nodiscard]] static const QStringList& userHomeRoots();
+    // Mounted media and installed software ("/mnt", "/opt"...): closed like the system trees,
+    // except for the home being worked on should it live there.
+    [[nodiscard]] static const QStringList& sharedRoots();
     // System trees that nothing below may be removed from.
     [[nodiscard]] static const QStringList& systemPrefixes();
 };

@@ -1,16 +1,16 @@
 #include "rules/RuleRegistry.h"
 
+#include "platform/AtomicFileWriter.h"
 #include "rules/BuiltInRules.h"
 #include "rules/RuleCatalog.h"
 #include "safety/GlobMatcher.h"
 #include "safety/SandboxValidator.h"
 #include "support/PathText.h"
 
-#include <QFile>
-#include <QSaveFile>
+#include <QStringList>
 
 #include <algorithm>
-#include <filesystem>
+#include <cerrno>
 #include <system_error>
 
 namespace kestrow {
@@ -18,6 +18,9 @@ namespace kestrow {
 namespace {
 
 using Case = RuleRegistryError::Case;
+
+// Far beyond any catalogue of rules a person keeps; a larger file is not read into memory.
+constexpr qsizetype maximumRulesFileSize = 16 * 1024 * 1024;
 
 // Letters, marks and digits of any script, plus dot, underscore and hyphen.
 bool isValidRuleId(const QString& id)
@@ -45,16 +48,6 @@ bool isValidRuleId(const QString& id)
     });
 }
 
-bool passesSandbox(const RuleDefinition& rule, const QString& homeURL)
-{
-    try {
-        SandboxValidator::validate(rule, homeURL);
-        return true;
-    } catch (const SandboxSecurityError&) {
-        return false;
-    }
-}
-
 bool anyMatches(const QStringList& patterns, const QString& path, const QString& homeURL)
 {
     return std::any_of(patterns.begin(), patterns.end(),
@@ -76,32 +69,40 @@ RuleRegistry::RuleRegistry(Options options)
 void RuleRegistry::loadCustomRules()
 {
     const std::lock_guard operation(m_operation);
-    if (!m_fileManager->fileExists(m_rulesFileURL))
+    const FileManager::RegularFileRead read =
+        m_fileManager->readRegularFile(m_rulesFileURL, maximumRulesFileSize + 1, true);
+    if (!read.opened && (read.errorCode == ENOENT || read.errorCode == ENOTDIR)) {
+        m_refusedRules.clear();
         return;
-    QFile file(m_rulesFileURL);
-    if (!file.open(QIODevice::ReadOnly))
-        throw RuleRegistryError(Case::catalogPersistenceFailed, QStringLiteral("Could not read rules file at ") +
-                                                                    m_rulesFileURL + QStringLiteral(": ") +
-                                                                    file.errorString());
-    const QByteArray text = file.readAll();
-    if (file.error() != QFileDevice::NoError)
-        throw RuleRegistryError(Case::catalogPersistenceFailed, QStringLiteral("Could not read rules file at ") +
-                                                                    m_rulesFileURL + QStringLiteral(": ") +
-                                                                    file.errorString());
+    }
+    const auto unreadable = [this](const QString& reason) {
+        return RuleRegistryError(Case::catalogPersistenceFailed, QStringLiteral("Could not read rules file at ") +
+                                                                     m_rulesFileURL + QStringLiteral(": ") + reason);
+    };
+    if (read.errorCode != 0)
+        throw unreadable(read.errorDescription);
+    if (read.bytes.size() > maximumRulesFileSize)
+        throw unreadable(QString::fromStdString(std::generic_category().message(EFBIG)));
     RuleCatalog catalog;
     try {
-        catalog = RuleCatalog::fromFileText(text);
+        catalog = RuleCatalog::fromFileText(read.bytes);
     } catch (const JsonDecodingError& error) {
         throw RuleRegistryError(Case::catalogDecodingFailed, error.description());
     }
+    std::vector<RefusedRule> refused;
     for (RuleDefinition& rule : catalog.rules) {
         const auto existing = m_rulesById.find(rule.id);
         if (existing != m_rulesById.end() && existing->second.isBuiltIn)
             continue; // built-ins always win
-        if (!passesSandbox(rule, m_homeURL))
+        try {
+            SandboxValidator::validate(rule, m_homeURL, m_fileManager->systemCalls());
+        } catch (const SandboxSecurityError& error) {
+            refused.push_back({std::move(rule), error});
             continue;
+        }
         m_rulesById.insert_or_assign(rule.id, std::move(rule));
     }
+    m_refusedRules = std::move(refused);
 }
 
 void RuleRegistry::saveCustomRules()
@@ -112,27 +113,26 @@ void RuleRegistry::saveCustomRules()
 
 void RuleRegistry::saveLocked() const
 {
+    if (!m_refusedRules.empty()) {
+        QStringList ids;
+        for (const RefusedRule& refused : m_refusedRules)
+            ids.append(refused.rule.id);
+        throw RuleRegistryError(Case::catalogPersistenceFailed,
+                                QStringLiteral("%1 holds rules that the sandbox refuses (%2), which a new file "
+                                               "would lose; nothing was written. Fix or remove them there first.")
+                                    .arg(m_rulesFileURL, ids.join(QStringLiteral(", "))));
+    }
     RuleCatalog catalog{.version = RuleCatalog::currentVersion, .updatedAt = QDateTime::currentDateTimeUtc()};
     for (const auto& [id, rule] : m_rulesById)
         if (!rule.isBuiltIn)
             catalog.rules.push_back(rule);
-    const QByteArray text = catalog.fileText();
-
-    const auto failed = [this](const QString& reason) {
-        return RuleRegistryError(Case::catalogPersistenceFailed, QStringLiteral("Failed to write rules to ") +
-                                                                     m_rulesFileURL + QStringLiteral(": ") + reason);
-    };
-    const QString folder = PathText::parent(m_rulesFileURL);
-    if (!m_fileManager->fileExists(folder)) {
-        std::error_code error;
-        std::filesystem::create_directories(QFile::encodeName(folder).toStdString(), error);
-        if (error)
-            throw failed(QString::fromStdString(error.message()));
-    }
     // A reader sees the old text or the new one, never a mix.
-    QSaveFile file(m_rulesFileURL);
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit())
-        throw failed(file.errorString());
+    const FileOperationResult written =
+        AtomicFileWriter(m_fileManager->systemCalls()).write(m_rulesFileURL, catalog.fileText(), true);
+    if (!written.succeeded)
+        throw RuleRegistryError(Case::catalogPersistenceFailed, QStringLiteral("Failed to write rules to ") +
+                                                                    m_rulesFileURL + QStringLiteral(": ") +
+                                                                    written.errorDescription);
 }
 
 void RuleRegistry::registerRule(const RuleDefinition& rule)
@@ -147,7 +147,7 @@ void RuleRegistry::registerRule(const RuleDefinition& rule)
         throw RuleRegistryError(Case::cannotOverwriteBuiltIn, rule.id);
     if (rule.patterns.isEmpty())
         throw RuleRegistryError(Case::emptyPatterns, rule.id);
-    SandboxValidator::validate(rule, m_homeURL);
+    SandboxValidator::validate(rule, m_homeURL, m_fileManager->systemCalls());
 
     RuleDefinition stored = rule;
     if (stored.isBuiltIn) {
@@ -228,6 +228,12 @@ std::vector<RuleDefinition> RuleRegistry::rules(StorageCategory forCategory) con
     std::vector<RuleDefinition> rules = activeRulesLocked();
     std::erase_if(rules, [forCategory](const RuleDefinition& rule) { return rule.category != forCategory; });
     return rules;
+}
+
+std::vector<RuleRegistry::RefusedRule> RuleRegistry::refusedRules() const
+{
+    const std::lock_guard operation(m_operation);
+    return m_refusedRules;
 }
 
 std::vector<RuleDefinition> RuleRegistry::matchingRules(const QString& forPath) const

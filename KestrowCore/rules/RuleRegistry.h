@@ -3,6 +3,7 @@
 #include "platform/FileManager.h"
 #include "rules/RuleDefinition.h"
 #include "rules/RuleRegistryError.h"
+#include "safety/SandboxSecurityError.h"
 
 #include <QString>
 
@@ -19,6 +20,12 @@ namespace kestrow {
 // the non-built-in rules persist to "rules.json". One operation runs at a time.
 class RuleRegistry {
 public:
+    // A rule of the rules file that the sandbox refused, and why.
+    struct RefusedRule {
+        RuleDefinition rule;
+        SandboxSecurityError error;
+    };
+
     struct Options {
         QString homeURL;                     // every glob and sandbox check hangs on it
         std::optional<QString> rulesFileURL; // default: home + "/.kestrow/rules.json"
@@ -29,11 +36,14 @@ public:
     explicit RuleRegistry(Options options);
 
     // Merges the file's rules into the table. A missing file is no error; built-ins win;
-    // a rule with a pattern the sandbox refuses is dropped silently. Throws
-    // RuleRegistryError (catalogPersistenceFailed, catalogDecodingFailed); on a decoding
-    // failure nothing of the file is applied.
+    // a rule with a pattern the sandbox refuses stays out of the table and is kept among the
+    // refused rules instead. Throws RuleRegistryError (catalogPersistenceFailed,
+    // catalogDecodingFailed); on a decoding failure nothing of the file is applied. A symbolic
+    // link in the file's place is followed: it is the user's own file.
     void loadCustomRules();
-    // Writes the non-built-in rules, atomically. Throws RuleRegistryError.
+    // Writes the non-built-in rules, atomically. Throws RuleRegistryError; so it does, writing
+    // nothing, while refused rules are held, as the new file would lose them, or when the
+    // file's place holds a symbolic link, which is neither replaced nor written through.
     void saveCustomRules();
     // Checks id, built-in clash and patterns in that order, stores the rule (replacing a
     // custom one of the same id) and saves. Throws RuleRegistryError or the validator's
@@ -54,6 +64,8 @@ public:
     // The enabled rules that match the path, sorted by id: no excluded pattern matches it
     // (tested first) and at least one pattern does.
     [[nodiscard]] std::vector<RuleDefinition> matchingRules(const QString& forPath) const;
+    // The rules of the file that the last load refused, in file order.
+    [[nodiscard]] std::vector<RefusedRule> refusedRules() const;
 
     [[nodiscard]] const QString& rulesFileURL() const { return m_rulesFileURL; }
     [[nodiscard]] const QString& homeURL() const { return m_homeURL; }
@@ -63,6 +75,7 @@ private:
     [[nodiscard]] std::vector<RuleDefinition> activeRulesLocked() const;
 
     std::map<QString, RuleDefinition> m_rulesById; // ordered by id, the order of every list
+    std::vector<RefusedRule> m_refusedRules;
     QString m_rulesFileURL;
     QString m_homeURL;
     std::shared_ptr<const FileManager> m_fileManager;

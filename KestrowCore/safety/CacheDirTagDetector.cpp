@@ -1,11 +1,9 @@
 #include "safety/CacheDirTagDetector.h"
 
+#include "platform/AtomicFileWriter.h"
 #include "safety/CacheDirTagWriteError.h"
 #include "support/PathText.h"
 
-#include <QFile>
-#include <QFileInfo>
-#include <QSaveFile>
 #include <QStringDecoder>
 
 namespace kestrow {
@@ -13,7 +11,7 @@ namespace kestrow {
 namespace {
 
 // The longest stretch of a tag that is read: the signature and a comment fit well inside.
-constexpr qint64 readLimit = 512;
+constexpr qsizetype readLimit = 512;
 
 bool isNewline(QChar c)
 {
@@ -38,12 +36,12 @@ template <typename Predicate> QStringView trimmed(QStringView text, Predicate dr
     return text.mid(start, end - start);
 }
 
-// Reads the tag's first bytes as UTF-8; nothing when they cannot be read, are empty, or are
-// not valid UTF-8 (a character cut in two by the limit included).
-std::optional<QString> readText(QFile& file)
+// The tag's first bytes as UTF-8; nothing when they could not be read, are empty, or are not
+// valid UTF-8 (a character cut in two by the limit included).
+std::optional<QString> readText(const FileManager::RegularFileRead& read)
 {
-    const QByteArray bytes = file.read(readLimit);
-    if (bytes.isEmpty())
+    const QByteArray& bytes = read.bytes;
+    if (read.errorCode != 0 || bytes.isEmpty())
         return std::nullopt;
     QStringDecoder decoder(QStringConverter::Utf8, QStringConverter::Flag::Stateless);
     QString text = decoder.decode(bytes);
@@ -56,14 +54,17 @@ std::optional<QString> readText(QFile& file)
 
 std::optional<CacheDirTagInfo> CacheDirTagDetector::detectTag(const QString& directory)
 {
+    return detectTag(directory, FileManager());
+}
+
+std::optional<CacheDirTagInfo> CacheDirTagDetector::detectTag(const QString& directory, const FileManager& fileManager)
+{
     const QString tagPath = PathText::appending(directory, tagFileName);
-    if (!QFileInfo::exists(tagPath))
-        return std::nullopt;
-    QFile file(tagPath);
-    if (!file.open(QIODevice::ReadOnly))
+    const FileManager::RegularFileRead read = fileManager.readRegularFile(tagPath, readLimit);
+    if (!read.opened)
         return std::nullopt;
     CacheDirTagInfo info{.tagFileURL = tagPath, .directoryURL = directory};
-    const std::optional<QString> text = readText(file);
+    const std::optional<QString> text = readText(read);
     if (!text)
         return info;
 
@@ -105,10 +106,9 @@ void CacheDirTagDetector::writeTag(const QString& directory, const std::optional
         text += QStringLiteral("#   https://bford.info/cachedir/\n");
     }
     const QString tagPath = PathText::appending(directory, tagFileName);
-    QSaveFile file(tagPath);
-    const QByteArray bytes = text.toUtf8();
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
-        throw CacheDirTagWriteError(tagPath, file.errorString());
+    const FileOperationResult written = AtomicFileWriter().write(tagPath, text.toUtf8(), false);
+    if (!written.succeeded)
+        throw CacheDirTagWriteError(tagPath, written.errorDescription);
 }
 
 } // namespace kestrow

@@ -1,10 +1,9 @@
 #include "safety/RiskClassifier.h"
 
+#include "platform/LinkResolver.h"
 #include "rules/RuleRegistry.h"
 #include "safety/CacheDirTagDetector.h"
 #include "support/PathText.h"
-
-#include <QRegularExpression>
 
 #include <vector>
 
@@ -65,12 +64,22 @@ bool isOrUnder(const QString& lowered, const QString& directory)
 }
 
 // The same entry in any user's home: "/users/NAME/entry", followed by "/" or the end for a
-// folder, by the end alone for a file.
+// folder, by the end alone for a file. This is the expression "^/users/[^/]+/entry(/|$)" (or
+// "...entry$") tested by hand, its "$" included, which also holds before a final newline.
 bool inAnyUsersHome(const QString& lowered, const QString& entry, Reach reach)
 {
-    const QString tail = reach == Reach::folder ? QStringLiteral("(/|$)") : QStringLiteral("$");
-    const QRegularExpression expression(QStringLiteral("^/users/[^/]+/") + QRegularExpression::escape(entry) + tail);
-    return expression.match(lowered).hasMatch();
+    const QLatin1String users("/users/");
+    if (!lowered.startsWith(users))
+        return false;
+    const qsizetype nameEnd = lowered.indexOf(QLatin1Char('/'), users.size());
+    if (nameEnd <= users.size())
+        return false;
+    QStringView rest = QStringView(lowered).mid(nameEnd + 1);
+    if (!rest.startsWith(entry))
+        return false;
+    rest = rest.mid(entry.size());
+    const bool atEnd = rest.isEmpty() || rest == QLatin1String("\n");
+    return atEnd || (reach == Reach::folder && rest.startsWith(QLatin1Char('/')));
 }
 
 } // namespace
@@ -107,9 +116,10 @@ RiskClassificationResult RiskClassifier::classify(const QString& path, StorageCa
     if (const auto reason = evaluateKeepBoundaries(itemPath, homePath))
         return {.riskTier = RiskTier::keep, .confidence = 1.0, .reason = *reason};
 
-    const QString resolvedPath = PathText::standardizing(PathText::resolvingSymbolicLinks(path));
+    const LinkResolver resolver(m_fileManager->systemCalls());
+    const QString resolvedPath = PathText::standardizing(resolver.resolvingSymbolicLinks(path));
     if (resolvedPath != itemPath) {
-        const QString resolvedHome = PathText::standardizing(PathText::resolvingSymbolicLinks(m_homeURL));
+        const QString resolvedHome = PathText::standardizing(resolver.resolvingSymbolicLinks(m_homeURL));
         auto reason = evaluateKeepBoundaries(resolvedPath, resolvedHome);
         if (!reason)
             reason = evaluateKeepBoundaries(resolvedPath, homePath);
@@ -137,7 +147,7 @@ RiskClassificationResult RiskClassifier::classify(const QString& path, StorageCa
 
     bool isDirectory = false;
     if (m_fileManager->fileExists(itemPath, &isDirectory) && isDirectory) {
-        const std::optional<CacheDirTagInfo> tag = CacheDirTagDetector::detectTag(itemPath);
+        const std::optional<CacheDirTagInfo> tag = CacheDirTagDetector::detectTag(itemPath, *m_fileManager);
         if (tag && tag->isValid)
             return {.riskTier = RiskTier::safeToDelete,
                     .confidence = 1.0,

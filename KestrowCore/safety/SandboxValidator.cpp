@@ -1,10 +1,12 @@
 #include "safety/SandboxValidator.h"
 
+#include "platform/LinkResolver.h"
 #include "platform/PlatformSystemPaths.h"
 #include "rules/RuleDefinition.h"
 #include "support/PathText.h"
 
 #include <algorithm>
+#include <system_error>
 
 namespace kestrow {
 
@@ -25,6 +27,32 @@ bool hasTraversalComponent(const QString& path)
 bool isInside(const QString& path, const QString& directory)
 {
     return path == directory || path.startsWith(directory + QLatin1Char('/'));
+}
+
+bool isInsideAny(const QString& path, const QStringList& homes)
+{
+    return std::any_of(homes.begin(), homes.end(), [&path](const QString& home) { return isInside(path, home); });
+}
+
+// Where `path` leads; a path whose links could not all be read is refused, as it might lead
+// anywhere.
+QString resolvedOrRefused(const QString& path, const LinkResolver& resolver)
+{
+    const LinkResolution resolution = resolver.resolve(path);
+    if (resolution.errorCode != 0)
+        throw SandboxSecurityError::symlinkEscapedSandbox(
+            path, resolution.path,
+            QStringLiteral("Symlinks could not be followed at '%1' (%2).")
+                .arg(resolution.unexaminedPath,
+                     QString::fromStdString(std::generic_category().message(resolution.errorCode))));
+    return PathText::removingDotComponents(resolution.path);
+}
+
+// The home as given and, when links lead elsewhere, as resolved.
+QStringList homeForms(const QString& homePath, const LinkResolver& resolver)
+{
+    const QString resolved = resolvedOrRefused(homePath, resolver);
+    return resolved == homePath ? QStringList{homePath} : QStringList{homePath, resolved};
 }
 
 // Lower-case prefix tests of the system check. `lowered` is the path in lower case.
@@ -61,40 +89,43 @@ const QStringList& SandboxValidator::forbiddenUserDirectories()
     return directories;
 }
 
-void SandboxValidator::validate(const QString& path, const QString& homeURL)
+void SandboxValidator::validate(const QString& path, const QString& homeURL, const SystemCalls& systemCalls)
 {
     if (hasTraversalComponent(path))
         throw SandboxSecurityError::directoryTraversalDetected(path);
+    const LinkResolver resolver(systemCalls);
     const QString homePath = PathText::standardizing(homeURL);
+    const QStringList homes = homeForms(homePath, resolver);
     const QString canonical = PathText::standardizedLocation(PathText::expandingTilde(path, homePath));
     if (canonical == QLatin1String("/"))
         throw SandboxSecurityError::rootDirectoryTargeted(canonical);
-    if (canonical == homePath)
+    if (homes.contains(canonical))
         throw SandboxSecurityError::homeDirectoryTargeted(canonical);
-    checkAllLists(canonical, homePath);
+    checkAllLists(canonical, homes);
 
-    const QString resolved = PathText::removingDotComponents(PathText::resolvingSymbolicLinks(canonical));
+    const QString resolved = resolvedOrRefused(canonical, resolver);
     if (resolved == canonical)
         return;
     if (resolved == QLatin1String("/"))
         throw SandboxSecurityError::symlinkEscapedSandbox(canonical, resolved,
                                                           QStringLiteral("Symlink points to root directory"));
-    if (resolved == homePath)
+    if (homes.contains(resolved))
         throw SandboxSecurityError::symlinkEscapedSandbox(canonical, resolved,
                                                           QStringLiteral("Symlink points to home directory"));
     try {
-        checkAllLists(resolved, homePath);
+        checkAllLists(resolved, homes);
     } catch (const SandboxSecurityError& inner) {
         throw SandboxSecurityError::symlinkEscapedSandbox(canonical, resolved, inner.description());
     }
 }
 
 void SandboxValidator::validatePattern(const QString& pattern, const std::optional<QString>& baseDirectory,
-                                       const QString& homeURL)
+                                       const QString& homeURL, const SystemCalls& systemCalls)
 {
     if (pattern.contains(QLatin1String("..")))
         throw SandboxSecurityError::directoryTraversalDetected(pattern);
     const QString homePath = PathText::standardizing(homeURL);
+    const QStringList homes = homeForms(homePath, LinkResolver(systemCalls));
     const QString expanded =
         baseDirectory ? PathText::appending(*baseDirectory, pattern) : PathText::expandingTilde(pattern, homePath);
 
@@ -105,17 +136,19 @@ void SandboxValidator::validatePattern(const QString& pattern, const std::option
     const QString stem = PathText::standardizing(wildcard < 0 ? expanded : expanded.left(wildcard));
     if (stem.isEmpty() || stem == QLatin1String("/"))
         throw SandboxSecurityError::wildcardTargetsForbiddenScope(pattern, QStringLiteral("Root filesystem"));
-    if (stem == homePath)
+    if (homes.contains(stem))
         throw SandboxSecurityError::wildcardTargetsForbiddenScope(pattern, QStringLiteral("Entire home directory"));
     if (wildcard < 0) {
-        validate(stem, homeURL);
+        validate(stem, homeURL, systemCalls);
         return;
     }
 
-    if (expanded.startsWith(homePath)) {
+    for (const QString& home : homes) {
+        if (!expanded.startsWith(home))
+            continue;
         // Wildcard components count towards the depth below the home.
         QString belowHome = expanded;
-        belowHome.remove(homePath);
+        belowHome.remove(home);
         const auto count = static_cast<int>(belowHome.split(QLatin1Char('/'), Qt::SkipEmptyParts).size());
         if (count < 2)
             throw SandboxSecurityError::insufficientPathDepth(pattern, count);
@@ -123,29 +156,32 @@ void SandboxValidator::validatePattern(const QString& pattern, const std::option
     const QString location = PathText::standardizedLocation(stem);
     if (location == QLatin1String("/"))
         throw SandboxSecurityError::rootDirectoryTargeted(location);
-    if (location == homePath)
+    if (homes.contains(location))
         throw SandboxSecurityError::homeDirectoryTargeted(location);
-    checkSystemPrefixes(location, homePath);
-    checkUserDirectories(location, homePath);
+    checkSystemPrefixes(location, homes);
+    for (const QString& home : homes)
+        checkUserDirectories(location, home);
 }
 
-void SandboxValidator::validate(const RuleDefinition& rule, const QString& homeURL)
+void SandboxValidator::validate(const RuleDefinition& rule, const QString& homeURL, const SystemCalls& systemCalls)
 {
     for (const QString& pattern : rule.patterns)
-        validatePattern(pattern, std::nullopt, homeURL);
+        validatePattern(pattern, std::nullopt, homeURL, systemCalls);
 }
 
-void SandboxValidator::checkAllLists(const QString& path, const QString& homePath)
+void SandboxValidator::checkAllLists(const QString& path, const QStringList& homes)
 {
-    checkSystemPrefixes(path, homePath);
-    checkUserDirectories(path, homePath);
-    checkDepth(path, homePath);
+    checkSystemPrefixes(path, homes);
+    for (const QString& home : homes) {
+        checkUserDirectories(path, home);
+        checkDepth(path, home);
+    }
 }
 
-void SandboxValidator::checkSystemPrefixes(const QString& path, const QString& homePath)
+void SandboxValidator::checkSystemPrefixes(const QString& path, const QStringList& homes)
 {
     const QString lowered = path.toLower();
-    const bool inOwnHome = isInside(path, homePath);
+    const bool inOwnHome = isInsideAny(path, homes);
     const auto fail = [&path](const char* prefix) {
         throw SandboxSecurityError::forbiddenSystemPath(path, QLatin1String(prefix));
     };
@@ -178,10 +214,13 @@ void SandboxValidator::checkSystemPrefixes(const QString& path, const QString& h
             throw SandboxSecurityError::forbiddenSystemPath(path, prefix);
     }
 
-    // What this platform adds: other users' homes as "/Users" closes them, and its system trees.
-    for (const QString& root : PlatformSystemPaths::userHomeRoots()) {
-        if (isOrUnder(lowered, root) && !inOwnHome)
-            throw SandboxSecurityError::forbiddenSystemPath(path, root);
+    // What this platform adds: other users' homes as "/Users" closes them, mounted media and
+    // installed software (where the own home may live), and its system trees.
+    for (const QStringList* roots : {&PlatformSystemPaths::userHomeRoots(), &PlatformSystemPaths::sharedRoots()}) {
+        for (const QString& root : *roots) {
+            if (isOrUnder(lowered, root) && !inOwnHome)
+                throw SandboxSecurityError::forbiddenSystemPath(path, root);
+        }
     }
     for (const QString& prefix : PlatformSystemPaths::systemPrefixes()) {
         if (isOrUnder(lowered, prefix))

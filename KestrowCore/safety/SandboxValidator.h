@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/SystemCalls.h"
 #include "safety/SandboxSecurityError.h"
 
 #include <QString>
@@ -15,6 +16,11 @@ struct RuleDefinition;
 // alone (plus the symbolic links on disk) whether a path or a rule pattern lies in allowed
 // ground. Every operation returns normally when it does and throws SandboxSecurityError
 // when it does not. Stateless; callable from any thread.
+//
+// The home counts as given and, when a symbolic link leads elsewhere, as resolved: the home
+// itself, the protected folders and the depth rule hold for both forms (the given form is
+// tested first). Links are read through `systemCalls`; a link that cannot be read for any
+// reason but absence refuses the path, since where it leads is unknown.
 class SandboxValidator {
 public:
     // The fourteen system prefixes, in their order. The last five have exceptions and are
@@ -25,20 +31,23 @@ public:
 
     // A path that may begin with "~". Resolves symbolic links on disk and checks the target
     // as well.
-    static void validate(const QString& path, const QString& homeURL);
+    static void validate(const QString& path, const QString& homeURL,
+                         const SystemCalls& systemCalls = *SystemCalls::real());
     // A rule pattern, which may hold wildcards and so is checked on its fixed stem; with a
     // base directory the pattern is taken below it and "~" means nothing.
     static void validatePattern(const QString& pattern, const std::optional<QString>& baseDirectory,
-                                const QString& homeURL);
+                                const QString& homeURL, const SystemCalls& systemCalls = *SystemCalls::real());
     // Every pattern of the rule in order, without a base directory, up to the first failure.
     // Excluded patterns are not checked.
-    static void validate(const RuleDefinition& rule, const QString& homeURL);
+    static void validate(const RuleDefinition& rule, const QString& homeURL,
+                         const SystemCalls& systemCalls = *SystemCalls::real());
 
 private:
-    static void checkSystemPrefixes(const QString& path, const QString& homePath);
+    // `homes`: the home as given, then as resolved when that differs.
+    static void checkSystemPrefixes(const QString& path, const QStringList& homes);
     static void checkUserDirectories(const QString& path, const QString& homePath);
     static void checkDepth(const QString& path, const QString& homePath);
-    static void checkAllLists(const QString& path, const QString& homePath);
+    static void checkAllLists(const QString& path, const QStringList& homes);
 };
 
 } // namespace kestrow

@@ -1,5 +1,6 @@
 #include "scan/ScanTargetFilter.h"
 
+#include "platform/LinkResolver.h"
 #include "support/PathText.h"
 
 #include <algorithm>
@@ -17,7 +18,7 @@ bool liesInside(const QString& inner, const QString& outer)
 
 QString resolvedAndStandardized(const QString& path)
 {
-    return PathText::standardizing(PathText::resolvingSymbolicLinks(path));
+    return PathText::standardizing(LinkResolver().resolvingSymbolicLinks(path));
 }
 
 } // namespace

@@ -1,52 +1,13 @@
 #include "support/PathText.h"
 
-#include <QDir>
-#include <QFile>
-#include <QUrl>
+#include "platform/LinkResolver.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
+#include <QDir>
+#include <QUrl>
 
 namespace kestrow {
 
 namespace {
-
-// The most links one resolution follows, as the kernel allows (MAXSYMLINKS); a longer chain
-// is a loop, and the rest of the path is then left as written.
-constexpr int maximumLinksFollowed = 40;
-
-bool exists(const QString& path)
-{
-    struct stat info {};
-    return ::stat(QFile::encodeName(path).constData(), &info) == 0;
-}
-
-QString droppingPrivatePrefix(const QString& path)
-{
-    const QLatin1String prefix("/private/");
-    if (!path.startsWith(prefix))
-        return path;
-    const QString shortened = path.mid(prefix.size() - 1);
-    return exists(shortened) ? shortened : path;
-}
-
-enum class LinkLookup { notExaminable, notALink, link };
-
-LinkLookup lookUpLink(const QString& path, QString& target)
-{
-    const QByteArray encoded = QFile::encodeName(path);
-    struct stat info {};
-    if (::lstat(encoded.constData(), &info) != 0)
-        return LinkLookup::notExaminable;
-    if (!S_ISLNK(info.st_mode))
-        return LinkLookup::notALink;
-    QByteArray buffer(info.st_size > 0 ? static_cast<qsizetype>(info.st_size) + 1 : 4096, Qt::Uninitialized);
-    const ssize_t length = ::readlink(encoded.constData(), buffer.data(), static_cast<size_t>(buffer.size()));
-    if (length < 0 || length >= buffer.size())
-        return LinkLookup::notExaminable;
-    target = QFile::decodeName(buffer.left(length));
-    return LinkLookup::link;
-}
 
 // An absolute path whose components are all names: nothing to remove. Most paths are.
 bool isPlainAbsolute(QStringView path)
@@ -65,11 +26,6 @@ bool isPlainAbsolute(QStringView path)
         start = end + 1;
     }
     return true;
-}
-
-QString absolute(const QString& path)
-{
-    return path.startsWith(QLatin1Char('/')) ? path : PathText::appending(QDir::currentPath(), path);
 }
 
 } // namespace
@@ -102,8 +58,10 @@ QString PathText::standardizing(const QString& path)
 {
     if (path.isEmpty())
         return path;
-    if (path.startsWith(QLatin1Char('/')))
-        return droppingPrivatePrefix(removingDotComponents(path));
+    if (path.startsWith(QLatin1Char('/'))) {
+        static const LinkResolver onDisk;
+        return onDisk.droppingPrivatePrefix(removingDotComponents(path));
+    }
     QStringList kept = path.split(QLatin1Char('/'), Qt::SkipEmptyParts);
     kept.removeAll(QStringLiteral("."));
     return kept.join(QLatin1Char('/'));
@@ -114,41 +72,9 @@ QString PathText::standardizedLocation(const QString& path)
     return removingDotComponents(absolute(path));
 }
 
-QString PathText::resolvingSymbolicLinks(const QString& path)
+QString PathText::absolute(const QString& path)
 {
-    QStringList pending = absolute(path).split(QLatin1Char('/'), Qt::SkipEmptyParts);
-    QString resolved = QStringLiteral("/");
-    int linksFollowed = 0;
-    bool examining = true;
-    while (!pending.isEmpty()) {
-        const QString component = pending.takeFirst();
-        if (component == QLatin1String("."))
-            continue;
-        if (component == QLatin1String("..")) {
-            resolved = parent(resolved);
-            continue;
-        }
-        resolved = appending(resolved, component);
-        if (!examining)
-            continue;
-        QString target;
-        switch (lookUpLink(resolved, target)) {
-        case LinkLookup::notALink:
-            break;
-        case LinkLookup::notExaminable:
-            examining = false;
-            break;
-        case LinkLookup::link:
-            if (++linksFollowed > maximumLinksFollowed) {
-                examining = false;
-                break;
-            }
-            resolved = target.startsWith(QLatin1Char('/')) ? QStringLiteral("/") : parent(resolved);
-            pending = target.split(QLatin1Char('/'), Qt::SkipEmptyParts) + pending;
-            break;
-        }
-    }
-    return droppingPrivatePrefix(resolved);
+    return path.startsWith(QLatin1Char('/')) ? path : appending(QDir::currentPath(), path);
 }
 
 QString PathText::expandingTilde(const QString& path, const QString& home)

@@ -21,12 +21,9 @@ public:
     // The path of the file location `path` names: relative text (the empty string included)
     // taken against the process's working directory, then dot components removed as text.
     [[nodiscard]] static QString standardizedLocation(const QString& path);
-    // `path` with every symbolic link in it followed, links within link targets too, reading
-    // the disk component by component. From the first component that cannot be examined (it
-    // does not exist, or a folder refuses) the rest stays as written, so a path without links
-    // comes back as it stands, dot components resolved as text. A leading "/private" is
-    // dropped as in `standardizing`. Relative text is taken against the working directory.
-    [[nodiscard]] static QString resolvingSymbolicLinks(const QString& path);
+    // `path` itself when absolute; relative text (the empty string included) joined to the
+    // working directory, dot components kept.
+    [[nodiscard]] static QString absolute(const QString& path);
     // "~" and "~/..." against `home`; other text unchanged.
     [[nodiscard]] static QString expandingTilde(const QString& path, const QString& home);
     // `base` + "/" + `component`, with exactly one slash between them.

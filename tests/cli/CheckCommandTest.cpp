@@ -1,5 +1,10 @@
+#include "KestrowChild.h"
 #include "KestrowProcess.h"
 #include "TestHome.h"
+
+#include <QFile>
+
+#include <sys/stat.h>
 
 #include <gtest/gtest.h>
 
@@ -80,4 +85,52 @@ TEST(CheckCommand, RuleIdsReadableLinesAndExitCodes)
     EXPECT_TRUE(unknown.err.contains(QStringLiteral("DEVELOPER_CACHE, AI_MODEL_WEIGHTS"))) << unknown.err.toStdString();
     EXPECT_EQ(runKestrow({QStringLiteral("check"), QStringLiteral("--home"), home.path()}).exitCode, 2);
     EXPECT_EQ(runKestrow({QStringLiteral("check"), QStringLiteral("--help")}).exitCode, 0);
+}
+
+TEST(CheckCommand, WhatTheSandboxRefusesIsKeptWithTheRefusalAsReason)
+{
+    TestHome home;
+    const QString refusal = QStringLiteral("Sandbox Violation: Path '%1' has insufficient depth (1 components relative "
+                                           "to home; minimum 2 required).")
+                                .arg(home.path(QStringLiteral("x")));
+    const KestrowRun json =
+        runKestrow({QStringLiteral("check"), QStringLiteral("--home"), home.path(), QStringLiteral("--json"),
+                    QStringLiteral("--category"), QStringLiteral("dynamicRule"), QStringLiteral("~/x")});
+    EXPECT_EQ(json.exitCode, 1);
+    const QString escaped = QString(refusal).replace(QLatin1Char('/'), QStringLiteral("\\/"));
+    EXPECT_EQ(json.out, QStringLiteral("[\n"
+                                       "  {\n"
+                                       "    \"path\" : \"~\\/x\",\n"
+                                       "    \"allowed\" : false,\n"
+                                       "    \"error\" : \"%1\",\n"
+                                       "    \"riskTier\" : \"KEEP\",\n"
+                                       "    \"confidence\" : 1,\n"
+                                       "    \"reason\" : \"%1\",\n"
+                                       "    \"hasCacheDirTag\" : false\n"
+                                       "  }\n"
+                                       "]\n")
+                            .arg(escaped));
+
+    const KestrowRun text = runKestrow({QStringLiteral("check"), QStringLiteral("--home"), home.path(),
+                                        QStringLiteral("~/x"), QStringLiteral("/var/log/x")});
+    EXPECT_EQ(text.exitCode, 1);
+    EXPECT_EQ(text.out, QStringLiteral("~/x: refused: %1 Tier: Protected (Keep) (confidence 1.00).\n"
+                                       "/var/log/x: refused: Sandbox Violation: Path '/var/log/x' targets forbidden "
+                                       "system path '/var'. Tier: Protected (Keep) (confidence 1.00).\n")
+                            .arg(refusal));
+}
+
+TEST(CheckCommand, ACacheTagThatIsAFifoIsNoTagAndNeverWaitedOn)
+{
+    TestHome home;
+    const QString folder = home.makeDirectory(QStringLiteral(".cache/tool"));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(folder + QStringLiteral("/CACHEDIR.TAG")).constData(), 0600), 0);
+    const std::unique_ptr<QProcess> check = startKestrow(
+        {QStringLiteral("check"), QStringLiteral("--home"), home.path(), QStringLiteral("--json"), folder});
+    ASSERT_TRUE(check->waitForFinished(20000)) << "check waits on the FIFO";
+    EXPECT_EQ(check->exitCode(), 0);
+    const QString out = QString::fromUtf8(check->readAllStandardOutput());
+    EXPECT_TRUE(out.contains(QStringLiteral("\"riskTier\" : \"SAFE_TO_DELETE\",\n    \"confidence\" : 0.95")))
+        << out.toStdString();
+    EXPECT_TRUE(out.contains(QStringLiteral("\"hasCacheDirTag\" : false"))) << out.toStdString();
 }

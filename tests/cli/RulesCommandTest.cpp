@@ -128,3 +128,54 @@ TEST(RulesCommand, UserRulesTakePartInLaterScans)
     EXPECT_TRUE(broken.err.contains(QStringLiteral("or move it away")));
     EXPECT_TRUE(broken.out.isEmpty());
 }
+
+TEST(RulesCommand, RefusedRulesOfTheFileAreNamedAndNeverWrittenAway)
+{
+    TestHome home;
+    const QByteArray text = R"({"version": 1, "updatedAt": "2026-03-01T10:15:30Z", "rules": [
+        {"id": "custom.kept", "name": "Kept", "description": "D", "category": "DYNAMIC_RULE",
+         "riskTier": "KEEP", "patterns": ["~/.kept/**"], "excludedPatterns": [], "isRegenerable": false,
+         "isBuiltIn": false, "enabled": true},
+        {"id": "custom.docs", "name": "Docs", "description": "D", "category": "DYNAMIC_RULE",
+         "riskTier": "SAFE_TO_DELETE", "patterns": ["~/Documents/**"], "excludedPatterns": [],
+         "isRegenerable": true, "isBuiltIn": false, "enabled": true}]})";
+    const QString file = home.writeFile(QStringLiteral(".kestrow/rules.json"), text);
+    const QString warning = QStringLiteral("kestrow: warning: rule 'custom.docs' in %1 is not used: Sandbox "
+                                           "Violation: Path '%2' targets protected user directory 'Documents'.\n")
+                                .arg(file, home.path(QStringLiteral("Documents")));
+
+    const KestrowRun listed = rules(home, {QStringLiteral("list")});
+    EXPECT_EQ(listed.exitCode, 0);
+    EXPECT_EQ(listed.err, warning);
+    EXPECT_TRUE(listed.out.contains(QStringLiteral("25 rules: 24 built in, 1 custom"))) << listed.out.toStdString();
+    const KestrowRun json = rules(home, {QStringLiteral("list"), QStringLiteral("--json")});
+    EXPECT_EQ(json.err, warning);
+    EXPECT_EQ(kestrow::JsonDecoder::parse(json.out.toUtf8()).toArray().size(), 25u);
+
+    // Every change would rewrite the file without the refused rule: each is refused instead.
+    for (const QStringList& change :
+         {addArguments("custom.new", "~/.new/**"), QStringList{QStringLiteral("remove"), QStringLiteral("custom.kept")},
+          QStringList{QStringLiteral("enable"), QStringLiteral("custom.kept")},
+          QStringList{QStringLiteral("disable"), QStringLiteral("custom.kept")}}) {
+        const KestrowRun refused = rules(home, change);
+        EXPECT_EQ(refused.exitCode, 1) << change.join(QLatin1Char(' ')).toStdString();
+        EXPECT_EQ(refused.err, warning + QStringLiteral("kestrow: %1 holds rules the sandbox refuses ('custom.docs'): "
+                                                        "fix or remove them there first, as rewriting the file now "
+                                                        "would drop them. Nothing was changed.\n")
+                                             .arg(file));
+        EXPECT_TRUE(refused.out.isEmpty());
+        QFile onDisk(file);
+        ASSERT_TRUE(onDisk.open(QIODevice::ReadOnly));
+        EXPECT_EQ(onDisk.readAll(), text);
+    }
+
+    // The commands that read the user's rules say so too.
+    const KestrowRun scan =
+        runKestrow({QStringLiteral("scan"), QStringLiteral("--home"), home.path(), QStringLiteral("--category"),
+                    QStringLiteral("DYNAMIC_RULE"), QStringLiteral("--json")});
+    EXPECT_EQ(scan.exitCode, 0);
+    EXPECT_EQ(scan.err, warning);
+    const KestrowRun check =
+        runKestrow({QStringLiteral("check"), QStringLiteral("--home"), home.path(), QStringLiteral("~/.kept/x")});
+    EXPECT_EQ(check.err, warning);
+}

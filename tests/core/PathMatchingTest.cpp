@@ -39,18 +39,6 @@ TEST(PathText, StandardizesAsThePlatformDoes)
     EXPECT_EQ(PathText::pathExtension(QStringLiteral("/a/b.tar.GZ")), QStringLiteral("GZ"));
     EXPECT_EQ(PathText::pathExtension(QStringLiteral("/a/.bashrc")), QString());
     EXPECT_EQ(PathText::pathExtension(QStringLiteral("/a.b/c")), QString());
-
-    TestHome home;
-    home.makeDirectory(QStringLiteral("real/inside"));
-    home.makeSymbolicLink(QStringLiteral("a/up"), QStringLiteral("../real"));
-    home.makeSymbolicLink(QStringLiteral("a/chain"), QStringLiteral("up/inside"));
-    home.makeSymbolicLink(QStringLiteral("a/loop"), QStringLiteral("loop"));
-    EXPECT_EQ(PathText::resolvingSymbolicLinks(home.path(QStringLiteral("a/chain/missing/x"))),
-              home.path(QStringLiteral("real/inside/missing/x")));
-    EXPECT_EQ(PathText::resolvingSymbolicLinks(home.path(QStringLiteral("a/loop/x"))),
-              home.path(QStringLiteral("a/loop/x")));
-    EXPECT_EQ(PathText::resolvingSymbolicLinks(home.path(QStringLiteral("none/./y"))),
-              home.path(QStringLiteral("none/y")));
 }
 
 TEST(GlobMatcher, SegmentsAndGlobstars)

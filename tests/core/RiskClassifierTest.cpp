@@ -2,8 +2,18 @@
 
 #include "rules/RuleRegistry.h"
 #include "safety/CacheDirTagDetector.h"
+#include "safety/CacheDirTagWriteError.h"
 #include "safety/RiskClassifier.h"
 #include "scan/DeepScanEngine.h"
+#include "support/PathText.h"
+
+#include <QRegularExpression>
+
+#include <chrono>
+#include <fcntl.h>
+#include <future>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -62,6 +72,52 @@ TEST(RiskClassifier, ProtectedGroundIsKeptWithItsReason)
     EXPECT_EQ(reasonFor("/Users/me/.gitconfig/x"), QStringLiteral("(not kept)"))
         << "configuration files have no prefix test";
     EXPECT_EQ(reasonFor("/opt/caches/x"), QStringLiteral("(not kept)"));
+}
+
+TEST(RiskClassifier, AnyUsersHomeIsTestedAsItsRegularExpressionWould)
+{
+    const RiskClassifier classifier(QStringLiteral("/h/me"));
+    const struct {
+        const char* entry;
+        bool folder;
+        const char* reason;
+    } entries[]{
+        {"documents", true, "Protected user personal directory (~/documents)."},
+        {".cargo/bin", true, "Protected executable user tool binaries (~/.cargo/bin)."},
+        {".ssh", true, "Protected security credentials or keychains."},
+        {".zshrc", false, "Protected active configuration file."},
+        {".gradle/gradle.properties", false, "Protected active configuration file."},
+    };
+    const QStringList users{QStringLiteral("other"), QString(), QStringLiteral("a\nb"), QStringLiteral("O.ther")};
+    const QStringList tails{QString(),
+                            QStringLiteral("/"),
+                            QStringLiteral("/x"),
+                            QStringLiteral("x"),
+                            QStringLiteral("\n"),
+                            QStringLiteral("\n\n"),
+                            QStringLiteral("/\n"),
+                            QStringLiteral(".d/x"),
+                            QStringLiteral("\nx")};
+    for (const auto& [entry, folder, reason] : entries) {
+        const QRegularExpression expression(QStringLiteral("^/users/[^/]+/") +
+                                            QRegularExpression::escape(QLatin1String(entry)) +
+                                            (folder ? QStringLiteral("(/|$)") : QStringLiteral("$")));
+        for (const QString& prefix : {QStringLiteral("/users/"), QStringLiteral("/Users/"), QStringLiteral("/usr/")})
+            for (const QString& user : users)
+                for (const QString& tail : tails) {
+                    const QString path = prefix + user + QLatin1Char('/') + QLatin1String(entry) + tail;
+                    const bool expected = expression.match(PathText::standardizing(path).toLower()).hasMatch();
+                    const QString given = classifier.classify(path, StorageCategory::developerCache, false).reason;
+                    EXPECT_EQ(given == QLatin1String(reason), expected) << path.toStdString();
+                }
+    }
+    // A name that is not valid UTF-8 (its byte kept as a lone surrogate), on which the expression
+    // fails to match at all, is protected like any other.
+    EXPECT_EQ(classifier
+                  .classify(QStringLiteral("/Users/") + QChar(0xDC80) + QStringLiteral("/Documents/a"),
+                            StorageCategory::developerCache, false)
+                  .reason,
+              QStringLiteral("Protected user personal directory (~/documents)."));
 }
 
 TEST(RiskClassifier, LinksIntoProtectedGroundAreKept)
@@ -130,6 +186,41 @@ TEST(RiskClassifier, CacheTagOnlyOnValidTagsOfDirectories)
         EXPECT_FALSE(result.hasCacheDirTag) << untagged.toStdString();
         EXPECT_EQ(result.riskTier, RiskTier::reviewRequired) << untagged.toStdString();
     }
+}
+
+TEST(RiskClassifier, TagsThatAreNoRegularFilesCountForNothingAndNeverBlock)
+{
+    TestHome home;
+    const QByteArray signature = "Signature: 8a477f597d28d172789f06886806bc55\n";
+    const QString valid = home.writeFile(QStringLiteral("tags/valid/CACHEDIR.TAG"), signature);
+    const QString fifo = home.makeDirectory(QStringLiteral("tags/fifo"));
+    const QString fifoTag = fifo + QStringLiteral("/CACHEDIR.TAG");
+    ASSERT_EQ(::mkfifo(QFile::encodeName(fifoTag).constData(), 0600), 0);
+    const QString linked = home.makeDirectory(QStringLiteral("tags/linked"));
+    home.makeSymbolicLink(QStringLiteral("tags/linked/CACHEDIR.TAG"), valid);
+    const QString folder = home.makeDirectory(QStringLiteral("tags/folder/CACHEDIR.TAG"));
+
+    const RiskClassifier classifier(home.path());
+    auto classified = std::async(std::launch::async,
+                                 [&] { return classifier.classify(fifo, StorageCategory::aiModelWeights, false); });
+    if (classified.wait_for(std::chrono::seconds(10)) != std::future_status::ready) {
+        ADD_FAILURE() << "classifying a folder whose tag is a FIFO waits for a writer";
+        // Let the waiting reader go: a writer comes and leaves at once.
+        ::close(::open(QFile::encodeName(fifoTag).constData(), O_WRONLY | O_NONBLOCK));
+    }
+    EXPECT_FALSE(classified.get().hasCacheDirTag);
+    for (const QString& untagged : {fifo, linked, PathText::parent(folder)}) {
+        EXPECT_EQ(CacheDirTagDetector::detectTag(untagged), std::nullopt) << untagged.toStdString();
+        EXPECT_FALSE(classifier.classify(untagged, StorageCategory::aiModelWeights, false).hasCacheDirTag)
+            << untagged.toStdString();
+    }
+
+    // Writing never goes through a link in the tag's place, nor replaces it.
+    EXPECT_THROW(CacheDirTagDetector::writeTag(linked), CacheDirTagWriteError);
+    EXPECT_TRUE(QFileInfo(linked + QStringLiteral("/CACHEDIR.TAG")).isSymLink());
+    QFile original(valid);
+    ASSERT_TRUE(original.open(QIODevice::ReadOnly));
+    EXPECT_EQ(original.readAll(), signature);
 }
 
 TEST(RiskClassifier, CategoryDefaultsFollowTheirOwnTable)

@@ -5,6 +5,10 @@
 #include "safety/SandboxSecurityError.h"
 
 #include <QFile>
+#include <QFileInfo>
+
+#include <functional>
+#include <sys/stat.h>
 
 #include <gtest/gtest.h>
 
@@ -235,6 +239,76 @@ TEST(RuleRegistry, FailedSaveKeepsTheRuleAndMissingFoldersAreMade)
     RuleRegistry nested({.homeURL = home.path(), .rulesFileURL = home.path(QStringLiteral("a/b/c/rules.json"))});
     nested.saveCustomRules();
     EXPECT_TRUE(QFile::exists(nested.rulesFileURL()));
+}
+
+TEST(RuleRegistry, RefusedFileRulesAreKeptAsideAndNeverSavedAway)
+{
+    TestHome home;
+    const QByteArray text =
+        catalogueFile(fileRule("custom.docs", "~/Documents/**") + "," + fileRule("custom.kept", "~/.kept/**") + "," +
+                      fileRule("custom.system", "/System/**"));
+    const QString location = home.writeFile(QStringLiteral(".kestrow/rules.json"), text);
+    RuleRegistry registry({.homeURL = home.path()});
+    registry.loadCustomRules();
+    EXPECT_TRUE(registry.rule(QStringLiteral("custom.kept")));
+    EXPECT_FALSE(registry.rule(QStringLiteral("custom.docs")));
+    const std::vector<RuleRegistry::RefusedRule> refused = registry.refusedRules();
+    ASSERT_EQ(refused.size(), 2u);
+    EXPECT_EQ(refused[0].rule.id, QStringLiteral("custom.docs"));
+    EXPECT_EQ(refused[0].error, SandboxSecurityError::forbiddenUserDirectory(home.path(QStringLiteral("Documents")),
+                                                                             QStringLiteral("Documents")));
+    EXPECT_EQ(refused[1].rule.patterns, QStringList{QStringLiteral("/System/**")});
+
+    // Every change that saves is refused, naming the rules to fix, and the file stays as it was.
+    const QString refusal = QStringLiteral("Failed to persist rule catalog to disk: %1 holds rules that the sandbox "
+                                           "refuses (custom.docs, custom.system), which a new file would lose; "
+                                           "nothing was written. Fix or remove them there first.")
+                                .arg(location);
+    const std::vector<std::function<void()>> changes{
+        [&] { registry.saveCustomRules(); },
+        [&] { registry.registerRule(customRule(QStringLiteral("custom.new"))); },
+        [&] { registry.setRuleEnabled(QStringLiteral("custom.kept"), false); },
+        [&] { registry.removeRule(QStringLiteral("custom.kept")); },
+    };
+    for (const auto& change : changes)
+        EXPECT_EQ(failureOf<RuleRegistryError>(change), refusal);
+    QFile file(location);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), text);
+
+    // Once the file is fixed, a new load holds nothing refused and saving works again.
+    home.writeFile(QStringLiteral(".kestrow/rules.json"), catalogueFile(fileRule("custom.kept", "~/.kept/**")));
+    registry.loadCustomRules();
+    EXPECT_TRUE(registry.refusedRules().empty());
+    EXPECT_NO_THROW(registry.saveCustomRules());
+}
+
+TEST(RuleRegistry, ALinkedRulesFileIsReadButNeverReplacedOrWrittenThrough)
+{
+    TestHome home;
+    const QByteArray text = catalogueFile(fileRule("custom.kept", "~/.kept/**"));
+    const QString target = home.writeFile(QStringLiteral("dotfiles/rules.json"), text);
+    home.makeSymbolicLink(QStringLiteral(".kestrow/rules.json"), target);
+    RuleRegistry registry({.homeURL = home.path()});
+    registry.loadCustomRules();
+    EXPECT_TRUE(registry.rule(QStringLiteral("custom.kept")));
+    EXPECT_EQ(failureOf<RuleRegistryError>([&] { registry.saveCustomRules(); }),
+              QStringLiteral("Failed to persist rule catalog to disk: Failed to write rules to %1: it is a symbolic "
+                             "link, which is neither written through nor replaced")
+                  .arg(registry.rulesFileURL()));
+    EXPECT_TRUE(QFileInfo(registry.rulesFileURL()).isSymLink());
+    QFile file(target);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), text);
+
+    // A FIFO in the file's place is not waited on.
+    const QString fifo = home.path(QStringLiteral("fifo.json"));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+    RuleRegistry reader({.homeURL = home.path(), .rulesFileURL = fifo});
+    EXPECT_EQ(failureOf<RuleRegistryError>([&] { reader.loadCustomRules(); }),
+              QStringLiteral("Failed to persist rule catalog to disk: Could not read rules file at %1: it is not a "
+                             "regular file")
+                  .arg(fifo));
 }
 
 TEST(RuleRegistry, MatchingRulesHonourExclusionsAndComeInIdOrder)

@@ -1,6 +1,7 @@
 #include "TestHome.h"
 
 #include "platform/PlatformSystemPaths.h"
+#include "platform/SystemCalls.h"
 #include "rules/RuleDefinition.h"
 #include "safety/SandboxValidator.h"
 
@@ -10,6 +11,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
+#include <cstring>
 #include <optional>
 
 using namespace kestrow;
@@ -52,6 +55,37 @@ QString text(const std::optional<SandboxSecurityError>& error)
 {
     return error ? error->description() : QStringLiteral("(allowed)");
 }
+
+// The real calls, but the look at one path (lstat or readlink, as chosen) fails with an errno.
+class FailingLinkCalls : public SystemCalls {
+public:
+    enum class Call { status, readLink };
+    FailingLinkCalls(Call call, const QString& path, int errorCode)
+        : m_call(call)
+        , m_path(path.toUtf8())
+        , m_errorCode(errorCode)
+    {
+    }
+    int statAt(int folder, const char* name, int flags, FileStatus& status) const override
+    {
+        return m_call == Call::status && m_path == name ? fail() : SystemCalls::statAt(folder, name, flags, status);
+    }
+    ssize_t readLinkAt(int folder, const char* name, char* buffer, size_t size) const override
+    {
+        return m_call == Call::readLink && m_path == name ? fail()
+                                                          : SystemCalls::readLinkAt(folder, name, buffer, size);
+    }
+
+private:
+    int fail() const
+    {
+        errno = m_errorCode;
+        return -1;
+    }
+    Call m_call;
+    QByteArray m_path;
+    int m_errorCode;
+};
 
 // Runs with the working directory at `directory`, then puts it back.
 struct WorkingDirectory {
@@ -112,7 +146,7 @@ TEST(SandboxValidator, PathChecksRunInOrderOnTheText)
         EXPECT_EQ(pathError(parts.at(0)), E::forbiddenSystemPath(parts.at(0), parts.at(1)));
     }
     for (const char* open :
-         {"/var/folders/ab/cd", "/private/var/folders/ab", "/private/tmp/x/y", "/opt/x", "/Users/me/Library/Caches",
+         {"/var/folders/ab/cd", "/private/var/folders/ab", "/private/tmp/x/y", "/data/x", "/Users/me/Library/Caches",
           "/Users/me/Documentsx/y", "/Users/me/.cargo/registry/cache/x", "/a/..b/c", "/usr2/x"})
         EXPECT_EQ(pathError(QLatin1String(open)), std::nullopt)
             << open << ": " << text(pathError(QLatin1String(open))).toStdString();
@@ -128,7 +162,7 @@ TEST(SandboxValidator, PathChecksRunInOrderOnTheText)
                                         QStringLiteral("Library/Keychains")));
 
     EXPECT_EQ(pathError(QStringLiteral("~/Library")), E::insufficientPathDepth(QStringLiteral("/Users/me/Library"), 1));
-    EXPECT_EQ(pathError(QStringLiteral("/opt")), E::insufficientPathDepth(QStringLiteral("/opt"), 1));
+    EXPECT_EQ(pathError(QStringLiteral("/data")), E::insufficientPathDepth(QStringLiteral("/data"), 1));
     EXPECT_EQ(pathError(QStringLiteral("/tmp/./")), E::insufficientPathDepth(QStringLiteral("/tmp"), 1));
 
     // Traversal is judged on the input, before any canonical form.
@@ -154,8 +188,19 @@ TEST(SandboxValidator, LinuxClosesOtherHomesAndSystemTrees)
             << system;
     EXPECT_EQ(text(patternError(QStringLiteral("/proc/*/fd"), home)),
               QStringLiteral("Sandbox Violation: Path '/proc' targets forbidden system path '/proc'."));
-    EXPECT_EQ(text(pathError(QStringLiteral("/opt/tool/cache"), home)), QStringLiteral("(allowed)"))
-        << "like /opt on macOS, held only by the depth rule";
+
+    // Mounted media and installed software: the root, what lies below it, and rule patterns.
+    for (const char* root : {"/opt", "/srv", "/mnt", "/media", "/nix"}) {
+        for (const QString& path : {QString::fromLatin1(root), QLatin1String(root) + QStringLiteral("/tool/cache")})
+            EXPECT_EQ(pathError(path, home), SandboxSecurityError::forbiddenSystemPath(path, QLatin1String(root)));
+        EXPECT_EQ(patternError(QLatin1String(root) + QStringLiteral("/*/cache/**"), home),
+                  SandboxSecurityError::forbiddenSystemPath(QLatin1String(root), QLatin1String(root)));
+    }
+    // A home that lives on mounted media keeps its own ground, and only that.
+    const QString mounted = QStringLiteral("/mnt/data/me");
+    EXPECT_EQ(text(pathError(QStringLiteral("/mnt/data/me/.cache/x"), mounted)), QStringLiteral("(allowed)"));
+    EXPECT_EQ(pathError(QStringLiteral("/mnt/data/other/x"), mounted),
+              SandboxSecurityError::forbiddenSystemPath(QStringLiteral("/mnt/data/other/x"), QStringLiteral("/mnt")));
 }
 
 TEST(SandboxValidator, EmptyPathIsTheWorkingDirectory)
@@ -172,7 +217,7 @@ TEST(SandboxValidator, EmptyPathIsTheWorkingDirectory)
 TEST(SandboxValidator, PatternsAreCheckedOnTheirFixedStem)
 {
     using E = SandboxSecurityError;
-    for (const char* allowed : {"~/Library/Caches/**", "~/Library/Caches", "~/.cache/*", "/opt/*", "/a/b/*.log"})
+    for (const char* allowed : {"~/Library/Caches/**", "~/Library/Caches", "~/.cache/*", "/data/*", "/a/b/*.log"})
         EXPECT_EQ(patternError(QLatin1String(allowed)), std::nullopt)
             << allowed << ": " << text(patternError(QLatin1String(allowed))).toStdString();
 
@@ -198,7 +243,7 @@ TEST(SandboxValidator, PatternsAreCheckedOnTheirFixedStem)
     // A base directory takes the pattern literally below it: "~" means nothing there.
     const QString base = QStringLiteral("/Users/me/Library");
     EXPECT_EQ(patternError(QStringLiteral("~/x"), me, base), std::nullopt);
-    EXPECT_EQ(patternError(QStringLiteral("~"), me, QStringLiteral("/opt")), std::nullopt);
+    EXPECT_EQ(patternError(QStringLiteral("~"), me, QStringLiteral("/data")), std::nullopt);
     EXPECT_EQ(patternError(QStringLiteral("*"), me, base), std::nullopt) << "the wildcard counts as a component";
     EXPECT_EQ(patternError(QStringLiteral("*"), me, me),
               E::wildcardTargetsForbiddenScope(QStringLiteral("*"), QStringLiteral("Entire home directory")));
@@ -260,6 +305,100 @@ TEST(SandboxValidator, SymbolicLinksAreCheckedWhereTheyLead)
     EXPECT_EQ(patternError(QStringLiteral("~/Library/Caches/x/*"), h), std::nullopt);
 }
 
+TEST(SandboxValidator, AHomeReachedThroughALinkIsProtectedInBothForms)
+{
+    using E = SandboxSecurityError;
+    TestHome test;
+    const QString real = test.makeDirectory(QStringLiteral("hreal"));
+    test.makeDirectory(QStringLiteral("hreal/Documents/x"));
+    test.makeDirectory(QStringLiteral("hreal/.ssh"));
+    test.makeDirectory(QStringLiteral("hreal/.cache/tool"));
+    const QString link = test.makeSymbolicLink(QStringLiteral("hlink"), real);
+    const QString toDocuments =
+        test.makeSymbolicLink(QStringLiteral("hreal/.cache/docs"), real + QLatin1String("/Documents/x"));
+
+    const std::vector<std::pair<QString, std::optional<E>>> cases{
+        {real + QLatin1String("/Documents/x"),
+         E::forbiddenUserDirectory(real + QLatin1String("/Documents/x"), QStringLiteral("Documents"))},
+        {real + QLatin1String("/.ssh"),
+         E::forbiddenUserDirectory(real + QLatin1String("/.ssh"), QStringLiteral(".ssh"))},
+        {real, E::homeDirectoryTargeted(real)},
+        {real + QLatin1String("/"), E::homeDirectoryTargeted(real)},
+        {real + QLatin1String("/.cache"), E::insufficientPathDepth(real + QLatin1String("/.cache"), 1)},
+        {link + QLatin1String("/Documents/x"),
+         E::forbiddenUserDirectory(link + QLatin1String("/Documents/x"), QStringLiteral("Documents"))},
+        {QStringLiteral("~/.cache/docs"),
+         E::symlinkEscapedSandbox(
+             link + QLatin1String("/.cache/docs"), real + QLatin1String("/Documents/x"),
+             E::forbiddenUserDirectory(real + QLatin1String("/Documents/x"), QStringLiteral("Documents"))
+                 .description())},
+        {toDocuments, E::symlinkEscapedSandbox(
+                          toDocuments, real + QLatin1String("/Documents/x"),
+                          E::forbiddenUserDirectory(real + QLatin1String("/Documents/x"), QStringLiteral("Documents"))
+                              .description())},
+        {QStringLiteral("~/.cache/tool"), std::nullopt},
+        {real + QLatin1String("/.cache/tool"), std::nullopt},
+    };
+    for (const auto& [path, expected] : cases)
+        EXPECT_EQ(pathError(path, link), expected) << path.toStdString();
+
+    EXPECT_EQ(patternError(real + QLatin1String("/Documents/**"), link),
+              E::forbiddenUserDirectory(real + QLatin1String("/Documents"), QStringLiteral("Documents")));
+    EXPECT_EQ(patternError(real + QLatin1String("/**"), link),
+              E::wildcardTargetsForbiddenScope(real + QLatin1String("/**"), QStringLiteral("Entire home directory")));
+    EXPECT_EQ(patternError(real + QLatin1String("/.cache*"), link),
+              E::insufficientPathDepth(real + QLatin1String("/.cache*"), 1));
+    EXPECT_EQ(patternError(QStringLiteral("~/.cache/*"), link), std::nullopt);
+}
+
+TEST(SandboxValidator, LinksThatCannotBeReadNeverLetAForbiddenPathThrough)
+{
+    using Call = FailingLinkCalls::Call;
+    TestHome home;
+    const QString h = home.path();
+    const QString toEtc = home.makeSymbolicLink(QStringLiteral(".cache/tool/etc"), QStringLiteral("/etc"));
+    home.makeDirectory(QStringLiteral(".cache/tool/plain"));
+    const QString loop = home.makeSymbolicLink(QStringLiteral(".cache/tool/loop"), QStringLiteral("loop"));
+    const QString path = toEtc + QStringLiteral("/passwd");
+    ASSERT_EQ(pathError(path, h)->errorCase(), SandboxSecurityError::Case::symlinkEscapedSandbox);
+
+    // Where the calls fail, and what the refusal names: the component whose link was unread.
+    const struct {
+        Call call;
+        QString failing;
+        int errorCode;
+        QString checked;
+    } cases[]{
+        {Call::status, toEtc, EACCES, path},
+        {Call::status, toEtc, ENAMETOOLONG, path},
+        {Call::status, toEtc, EIO, path},
+        {Call::readLink, toEtc, EACCES, path},
+        {Call::readLink, toEtc, EINVAL, path},
+        {Call::status, home.path(QStringLiteral(".cache")), EACCES, path},
+        // The home itself cannot be resolved: nothing in it can be judged.
+        {Call::status, h, EACCES, home.path(QStringLiteral(".cache/tool/plain/x"))},
+    };
+    for (const auto& [call, failing, errorCode, checked] : cases) {
+        const FailingLinkCalls calls(call, failing, errorCode);
+        std::optional<SandboxSecurityError> error;
+        try {
+            SandboxValidator::validate(checked, h, calls);
+        } catch (const SandboxSecurityError& refusal) {
+            error = refusal;
+        }
+        ASSERT_TRUE(error) << failing.toStdString() << " errno " << errorCode;
+        EXPECT_EQ(error->errorCase(), SandboxSecurityError::Case::symlinkEscapedSandbox);
+        EXPECT_EQ(error->reason(), QStringLiteral("Symlinks could not be followed at '%1' (%2).")
+                                       .arg(failing, QString::fromStdString(std::strerror(errorCode))));
+    }
+    // Absence is no error: a path below something that is not there leads nowhere else.
+    EXPECT_EQ(pathError(home.path(QStringLiteral(".cache/tool/none/x")), h), std::nullopt);
+    // A chain of links the kernel would not follow either.
+    EXPECT_EQ(pathError(loop + QStringLiteral("/x"), h)->reason(),
+              QStringLiteral("Symlinks could not be followed at '%1' (%2).")
+                  .arg(loop, QString::fromStdString(std::strerror(ELOOP))));
+}
+
 // Many generated paths (mixed case, ".", "..", repeated slashes, tildes, links into forbidden
 // places): whatever passes lies, as written and as resolved, outside every forbidden prefix
 // and user directory, and is neither the home nor the root.
@@ -306,13 +445,19 @@ TEST(SandboxValidator, PropertyNothingForbiddenIsEverAllowed)
         for (const QString& directory : SandboxValidator::forbiddenUserDirectories())
             if (under(h + QLatin1Char('/') + directory))
                 return true;
+        const bool ownHome = path == h || path.startsWith(h + QLatin1Char('/'));
+        for (const QString& root : PlatformSystemPaths::userHomeRoots() + PlatformSystemPaths::sharedRoots())
+            if (under(root) && !ownHome)
+                return true;
+        for (const QString& prefix : PlatformSystemPaths::systemPrefixes())
+            if (under(prefix))
+                return true;
         for (const QString& prefix : SandboxValidator::forbiddenSystemPrefixes()) {
             if (!under(prefix))
                 continue;
             const bool temporary = under(QStringLiteral("/var/folders")) ||
                                    lowered.startsWith(QLatin1String("/private/var/folders/")) ||
                                    lowered.startsWith(QLatin1String("/private/tmp/"));
-            const bool ownHome = path == h || path.startsWith(h + QLatin1Char('/'));
             if (!(temporary && prefix != QLatin1String("/Users")) && !(ownHome && prefix == QLatin1String("/Users")))
                 return true;
         }

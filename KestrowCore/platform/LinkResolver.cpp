@@ -1,0 +1,110 @@
+#include "platform/LinkResolver.h"
+
+#include "platform/FileStatus.h"
+#include "platform/NativePath.h"
+#include "support/PathText.h"
+
+#include <QStringList>
+
+#include <algorithm>
+#include <fcntl.h>
+
+namespace kestrow {
+
+namespace {
+
+// The most links one resolution follows, as the kernel allows (MAXSYMLINKS); a longer chain
+// is a loop.
+constexpr int maximumLinksFollowed = 40;
+
+// Room for any link target the platforms allow.
+constexpr qsizetype minimumLinkBuffer = 4096;
+
+// The component's absence ends the resolution as cleanly as its presence: nothing below it
+// can exist, so the rest of the path leads nowhere else.
+bool isAbsence(int errorCode)
+{
+    return errorCode == ENOENT || errorCode == ENOTDIR;
+}
+
+} // namespace
+
+LinkResolver::LinkResolver(const SystemCalls& systemCalls)
+    : m_systemCalls(systemCalls)
+{
+}
+
+LinkResolution LinkResolver::resolve(const QString& path) const
+{
+    LinkResolution result;
+    QStringList pending = PathText::absolute(path).split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    QString resolved = QStringLiteral("/");
+    int linksFollowed = 0;
+    bool examining = true;
+    const auto stopExamining = [&](int errorCode) {
+        examining = false;
+        if (!isAbsence(errorCode)) {
+            result.errorCode = errorCode;
+            result.unexaminedPath = resolved;
+        }
+    };
+    while (!pending.isEmpty()) {
+        const QString component = pending.takeFirst();
+        if (component == QLatin1String("."))
+            continue;
+        if (component == QLatin1String("..")) {
+            resolved = PathText::parent(resolved);
+            continue;
+        }
+        resolved = PathText::appending(resolved, component);
+        if (!examining)
+            continue;
+        const QByteArray native = NativePath::encode(resolved);
+        FileStatus status;
+        if (m_systemCalls.statAt(AT_FDCWD, native.constData(), AT_SYMLINK_NOFOLLOW, status) != 0) {
+            stopExamining(errno);
+            continue;
+        }
+        if (!status.isSymbolicLink())
+            continue;
+        if (++linksFollowed > maximumLinksFollowed) {
+            stopExamining(ELOOP);
+            continue;
+        }
+        QByteArray target(std::max(static_cast<qsizetype>(status.size) + 1, minimumLinkBuffer), Qt::Uninitialized);
+        const ssize_t length =
+            m_systemCalls.readLinkAt(AT_FDCWD, native.constData(), target.data(), static_cast<size_t>(target.size()));
+        if (length < 0 || length >= target.size()) {
+            // A target longer than the link said when it was looked at: it changed meanwhile.
+            stopExamining(length < 0 ? errno : EAGAIN);
+            continue;
+        }
+        target.truncate(length);
+        resolved = target.startsWith('/') ? QStringLiteral("/") : PathText::parent(resolved);
+        pending = NativePath::decode(target).split(QLatin1Char('/'), Qt::SkipEmptyParts) + pending;
+    }
+    result.path = droppingPrivatePrefix(resolved);
+    return result;
+}
+
+QString LinkResolver::resolvingSymbolicLinks(const QString& path) const
+{
+    return resolve(path).path;
+}
+
+QString LinkResolver::droppingPrivatePrefix(const QString& path) const
+{
+    const QLatin1String prefix("/private/");
+    if (!path.startsWith(prefix))
+        return path;
+    const QString shortened = path.mid(prefix.size() - 1);
+    return exists(shortened) ? shortened : path;
+}
+
+bool LinkResolver::exists(const QString& path) const
+{
+    FileStatus status;
+    return m_systemCalls.statAt(AT_FDCWD, NativePath::encode(path).constData(), 0, status) == 0;
+}
+
+} // namespace kestrow
