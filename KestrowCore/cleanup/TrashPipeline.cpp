@@ -1,5 +1,6 @@
 #include "cleanup/TrashPipeline.h"
 
+#include "platform/LinkResolver.h"
 #include "safety/SandboxValidator.h"
 #include "support/PathText.h"
 
@@ -128,7 +129,7 @@ TrashSummary TrashPipeline::run(const QStringList& urls, bool dryRun, bool perma
 TrashItemRecord TrashPipeline::processItem(const QString& path, bool dryRun, bool permanentPurge) const
 {
     try {
-        SandboxValidator::validate(path, m_homeURL);
+        SandboxValidator::validate(path, m_homeURL, m_fileManager->systemCalls());
     } catch (const SandboxSecurityError& error) {
         return makeRecord(path, {.fileCount = 1}, TrashItemStatus::failed, std::nullopt,
                           QStringLiteral("Sandbox violation: ") + error.description());
@@ -143,7 +144,7 @@ TrashItemRecord TrashPipeline::processItem(const QString& path, bool dryRun, boo
     const QString actingPath = pathActedOn(path);
     if (actingPath != PathText::standardizedLocation(path)) {
         try {
-            SandboxValidator::validate(actingPath, m_homeURL);
+            SandboxValidator::validate(actingPath, m_homeURL, m_fileManager->systemCalls());
         } catch (const SandboxSecurityError& error) {
             return makeRecord(path, {.fileCount = 1}, TrashItemStatus::failed, std::nullopt,
                               QStringLiteral("Sandbox violation: ") + error.description());
@@ -177,13 +178,14 @@ TrashItemRecord TrashPipeline::processItem(const QString& path, bool dryRun, boo
                       permanentPurge ? std::nullopt : outcome.resultingPath);
 }
 
-QString TrashPipeline::pathActedOn(const QString& path)
+QString TrashPipeline::pathActedOn(const QString& path) const
 {
     // The folders above the item resolved, the item itself not: "link/" and "link" both name
-    // the link.
+    // the link. Where a folder on the way cannot be examined the text stays as it is, and
+    // anchoring, which follows no link, fails on it.
     const QString location = PathText::standardizedLocation(path);
-    const QString folder =
-        PathText::removingDotComponents(PathText::resolvingSymbolicLinks(PathText::parent(location)));
+    const QString folder = PathText::removingDotComponents(
+        LinkResolver(m_fileManager->systemCalls()).resolvingSymbolicLinks(PathText::parent(location)));
     return PathText::appending(folder, PathText::lastComponent(location));
 }
 

@@ -51,7 +51,7 @@ private:
     };
 
     // The absolute path of the object an operation on `path` acts on.
-    [[nodiscard]] static QString pathActedOn(const QString& path);
+    [[nodiscard]] QString pathActedOn(const QString& path) const;
     [[nodiscard]] ItemMeasure measureAnchored(const AnchoredItem& item) const;
     TrashSummary run(const QStringList& urls, bool dryRun, bool permanentPurge, const QString& client) const;
 
