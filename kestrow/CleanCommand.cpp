@@ -1,6 +1,6 @@
 #include "CleanCommand.h"
 
-#include "TrashRunOutput.h"
+#include "LoggedTrashRun.h"
 
 #include "support/PathText.h"
 
@@ -39,10 +39,14 @@ int runClean(const CleanOptions& options)
     const QString home = resolveHome(options.home);
     const QStringList paths = targetPaths(options.paths, home);
 
-    const TrashPipeline pipeline = loggedPipeline(home);
-    return reportTrashRun(options.permanent ? pipeline.purgePermanently(paths, true, QStringLiteral("cli"))
-                                            : pipeline.trash(paths, options.dryRun, QStringLiteral("cli")),
-                          options.json);
+    // A dry run is checked too: it records its line as a real run does.
+    const LoggedTrashRun run(home);
+    if (!run.logCanTakeALine())
+        return exitFailure;
+    const TrashPipeline& pipeline = run.pipeline();
+    return run.report(options.permanent ? pipeline.purgePermanently(paths, true, QStringLiteral("cli"))
+                                        : pipeline.trash(paths, options.dryRun, QStringLiteral("cli")),
+                      options.json);
 }
 
 } // namespace
