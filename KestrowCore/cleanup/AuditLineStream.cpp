@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <cstring>
 #include <system_error>
+#include <utility>
 
 namespace kestrow {
 
@@ -63,7 +64,7 @@ bool AuditLineStream::fill()
     return !m_atEnd;
 }
 
-std::pair<qsizetype, int> AuditLineStream::findBreak(qsizetype from) const
+std::pair<qsizetype, int> AuditLineStream::findBreak(qsizetype from, bool& nonAscii) const
 {
     const auto* data = reinterpret_cast<const unsigned char*>(m_buffer.constData());
     const qsizetype size = m_buffer.size();
@@ -83,6 +84,7 @@ std::pair<qsizetype, int> AuditLineStream::findBreak(qsizetype from) const
         const unsigned char c = data[i];
         if (c >= 0x0A && c <= 0x0D)
             return {i, 1};
+        nonAscii |= c >= 0x80;
         if (c == 0xC2 || c == 0xE2) {
             const int length = c == 0xC2 ? 2 : 3;
             if (i + length > size)
@@ -105,8 +107,9 @@ std::optional<QByteArrayView> AuditLineStream::next()
         m_atStartOfFile = false;
     }
     qsizetype scanned = m_start; // the bytes before hold no line break
+    bool nonAscii = false;       // among the bytes scanned of this line: else it is valid
     for (;;) {
-        const auto [at, length] = findBreak(scanned);
+        const auto [at, length] = findBreak(scanned, nonAscii);
         if (length == 0 && !m_atEnd) {
             const qsizetype known = at - m_start;
             fill();
@@ -120,7 +123,7 @@ std::optional<QByteArrayView> AuditLineStream::next()
         m_start = end + length;
         scanned = m_start;
         m_endsWithBreak = length > 0;
-        if (!line.isValidUtf8())
+        if (std::exchange(nonAscii, false) && !line.isValidUtf8())
             throw readFailed(QStringLiteral("The file is not valid UTF-8 text."));
         if (isBlank(line))
             continue;

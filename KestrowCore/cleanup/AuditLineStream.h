@@ -32,8 +32,9 @@ private:
     // Reads one more chunk behind what is kept; false at the end of the file.
     bool fill();
     // Where the line break at or after `from` begins and how long it is; the break's length
-    // is 0 when the buffer ends first (more must be read to tell).
-    [[nodiscard]] std::pair<qsizetype, int> findBreak(qsizetype from) const;
+    // is 0 when the buffer ends first (more must be read to tell). Sets `nonAscii` when a
+    // byte on the way is not ASCII.
+    [[nodiscard]] std::pair<qsizetype, int> findBreak(qsizetype from, bool& nonAscii) const;
 
     const LockedFile& m_file;
     QByteArray m_buffer;

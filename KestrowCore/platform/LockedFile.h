@@ -34,7 +34,6 @@ public:
     [[nodiscard]] static LockedFile open(const SystemCalls& calls, int folder, const QByteArray& name, Access access,
                                          std::optional<mode_t> createMode = std::nullopt);
 
-    [[nodiscard]] bool isOpen() const { return m_fd.isOpen(); }
     [[nodiscard]] Refusal refusal() const { return m_refusal; }
     // errno when `refusal` is `creationFailed` or `failed`.
     [[nodiscard]] int errorCode() const { return m_errorCode; }
