@@ -56,7 +56,8 @@ void setupCleanCommand(CommandLine& commandLine)
     auto options = std::make_shared<CleanOptions>();
     CLI::App* command = commandLine.app().add_subcommand(
         "clean", "Move the given files and folders to the Trash, each checked against the protected places "
-                 "first; the run is recorded in the audit log. Exit status 1 when any item failed.");
+                 "first; the run is recorded in the audit log. Exit status 1 when any item failed or the log could not "
+                 "record the run.");
     command->add_option("PATH", options->paths, "A file or folder to clean (one or more)")->required();
     command->add_flag("--dry-run", options->dryRun, "Check and measure only; nothing is moved");
     command->add_flag("--permanent", options->permanent,

@@ -18,6 +18,24 @@ QString sentence(const AuditLoggerError& error)
     return text;
 }
 
+// What to do about a log that cannot take a line.
+QString remedy(AuditLoggerError::Case kind)
+{
+    switch (kind) {
+    case AuditLoggerError::Case::decodingFailed:
+        return QStringLiteral("Run `kestrow audit verify` to see the broken line, or move the file away to start a "
+                              "new log.");
+    case AuditLoggerError::Case::readFailed:
+        return QStringLiteral("Run `kestrow audit verify` to see what is wrong with it, or move the file away to "
+                              "start a new log.");
+    case AuditLoggerError::Case::writeFailed:
+    case AuditLoggerError::Case::directoryCreationFailed:
+        break;
+    }
+    return QStringLiteral("The log must be a regular file in a folder that can be written to; move away what is in "
+                          "its place to start a new log.");
+}
+
 } // namespace
 
 LoggedTrashRun::LoggedTrashRun(const QString& home, std::shared_ptr<const FileManager> logFileManager)
@@ -35,15 +53,8 @@ bool LoggedTrashRun::logCanTakeALine() const
         m_log->checkWritable();
         return true;
     } catch (const AuditLoggerError& error) {
-        const bool unreadable = error.kind() == AuditLoggerError::Case::decodingFailed ||
-                                error.kind() == AuditLoggerError::Case::readFailed;
-        const QString advice =
-            unreadable ? QStringLiteral("Run `kestrow audit verify` to see the broken line, or move the file away "
-                                        "to start a new log.")
-                       : QStringLiteral("The log must be a regular file in a folder that can be written to; move "
-                                        "away what is in its place to start a new log.");
         printError(QStringLiteral("kestrow: the audit log %1 cannot take a line: %2. Nothing was cleaned. %3")
-                       .arg(NativePath::displayText(m_log->logFileURL()), sentence(error), advice));
+                       .arg(NativePath::displayText(m_log->logFileURL()), sentence(error), remedy(error.kind())));
         return false;
     }
 }

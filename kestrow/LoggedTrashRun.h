@@ -33,7 +33,7 @@ public:
 
 private:
     std::shared_ptr<AuditLogger> m_log;
-    std::optional<AuditLoggerError> m_failure; // of the run's line
+    mutable std::optional<AuditLoggerError> m_failure; // of the run's line, set by the pipeline
     TrashPipeline m_pipeline;
 };
 
