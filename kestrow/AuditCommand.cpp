@@ -20,7 +20,8 @@ int unreadableLog(const AuditLoggerError& error, const QString& logFile)
 {
     const QString advice = error.kind() == AuditLoggerError::Case::decodingFailed
                                ? QStringLiteral("restore that line, or move the file away to start a new log")
-                               : QStringLiteral("check that the file can be read");
+                               : QStringLiteral("check that it is a regular file that can be read, or move it "
+                                                "away to start a new log");
     printError(QStringLiteral("kestrow: %1 (%2): %3.").arg(error.description(), logFile, advice));
     return exitFailure;
 }

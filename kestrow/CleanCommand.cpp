@@ -1,6 +1,6 @@
 #include "CleanCommand.h"
 
-#include "TrashRunOutput.h"
+#include "LoggedTrashRun.h"
 
 #include "support/PathText.h"
 
@@ -39,10 +39,14 @@ int runClean(const CleanOptions& options)
     const QString home = resolveHome(options.home);
     const QStringList paths = targetPaths(options.paths, home);
 
-    const TrashPipeline pipeline = loggedPipeline(home);
-    return reportTrashRun(options.permanent ? pipeline.purgePermanently(paths, true, QStringLiteral("cli"))
-                                            : pipeline.trash(paths, options.dryRun, QStringLiteral("cli")),
-                          options.json);
+    // A dry run is checked too: it records its line as a real run does.
+    const LoggedTrashRun run(home);
+    if (!run.logCanTakeALine())
+        return exitFailure;
+    const TrashPipeline& pipeline = run.pipeline();
+    return run.report(options.permanent ? pipeline.purgePermanently(paths, true, QStringLiteral("cli"))
+                                        : pipeline.trash(paths, options.dryRun, QStringLiteral("cli")),
+                      options.json);
 }
 
 } // namespace
@@ -52,7 +56,8 @@ void setupCleanCommand(CommandLine& commandLine)
     auto options = std::make_shared<CleanOptions>();
     CLI::App* command = commandLine.app().add_subcommand(
         "clean", "Move the given files and folders to the Trash, each checked against the protected places "
-                 "first; the run is recorded in the audit log. Exit status 1 when any item failed.");
+                 "first; the run is recorded in the audit log. Exit status 1 when any item failed or the log could not "
+                 "record the run.");
     command->add_option("PATH", options->paths, "A file or folder to clean (one or more)")->required();
     command->add_flag("--dry-run", options->dryRun, "Check and measure only; nothing is moved");
     command->add_flag("--permanent", options->permanent,

@@ -1,5 +1,6 @@
 #include "SweepCommand.h"
 
+#include "LoggedTrashRun.h"
 #include "ProgressLine.h"
 #include "RulesCommand.h"
 #include "TrashRunOutput.h"
@@ -82,6 +83,12 @@ int runSweep(const SweepOptions& options)
         throw UsageError("sweep moves every safe item to the Trash and needs a confirmation: pass --yes to go "
                          "ahead, or --dry-run to see what would go.");
 
+    // Before the scan, so that a log that cannot record the run costs no time; a dry run
+    // records its line too.
+    const LoggedTrashRun run(home);
+    if (!run.logCanTakeALine())
+        return exitFailure;
+
     const std::vector<DiscoveredItem> items = safeItems(home);
     if (items.empty()) {
         if (!options.json) {
@@ -100,7 +107,7 @@ int runSweep(const SweepOptions& options)
     QStringList paths;
     for (const DiscoveredItem& item : items)
         paths.append(item.path);
-    return reportTrashRun(loggedPipeline(home).trash(paths, options.dryRun, QStringLiteral("cli")), options.json);
+    return run.report(run.pipeline().trash(paths, options.dryRun, QStringLiteral("cli")), options.json);
 }
 
 } // namespace

@@ -54,12 +54,6 @@ QString countedItems(std::int64_t count)
     return QString::number(count) + (count == 1 ? QStringLiteral(" item") : QStringLiteral(" items"));
 }
 
-TrashPipeline loggedPipeline(const QString& home)
-{
-    return TrashPipeline(
-        {.auditLogger = std::make_shared<AuditLogger>(AuditLogger::Options{.homeURL = home}), .homeURL = home});
-}
-
 int reportTrashRun(const TrashSummary& summary, bool json)
 {
     if (json)

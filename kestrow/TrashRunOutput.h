@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cleanup/TrashPipeline.h"
+#include "cleanup/TrashSummary.h"
 
 #include <QString>
 
@@ -10,9 +10,6 @@ namespace kestrow::cli {
 
 // "1 item", "3 items".
 [[nodiscard]] QString countedItems(std::int64_t count);
-
-// The pipeline the commands run: sandboxed by `home` and recording in its audit log.
-[[nodiscard]] TrashPipeline loggedPipeline(const QString& home);
 
 // Prints a run (its JSON form, or one line per item with the reason under a failure, then
 // what was freed) and returns the exit status: failure when any item failed.

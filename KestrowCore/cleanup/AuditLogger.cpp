@@ -1,5 +1,9 @@
 #include "cleanup/AuditLogger.h"
 
+#include "cleanup/AuditLineScanner.h"
+#include "cleanup/AuditLineStream.h"
+#include "platform/NativePath.h"
+#include "platform/OpenedFolder.h"
 #include "storage/DiscoveredItem.h"
 #include "support/JsonDecoder.h"
 #include "support/JsonWriter.h"
@@ -8,74 +12,109 @@
 
 #include <QCryptographicHash>
 #include <QDir>
-#include <QFile>
-#include <QStringDecoder>
 
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
 #include <cmath>
-#include <fcntl.h>
 #include <string_view>
-#include <sys/stat.h>
 #include <system_error>
-#include <unistd.h>
+#include <tuple>
 
 namespace kestrow {
 
 namespace {
 
-constexpr mode_t directoryMode = 0700;
+constexpr mode_t folderMode = 0700;
+constexpr mode_t fileMode = 0600;
 
 QString systemMessage(int errorCode)
 {
     return QString::fromStdString(std::generic_category().message(errorCode));
 }
 
-// Writes every byte, across short writes and interruptions; false with errno set on failure.
-bool writeAll(int fd, const QByteArray& bytes)
+AuditLoggerError readFailed(const QString& reason)
 {
-    const char* data = bytes.constData();
-    qsizetype remaining = bytes.size();
-    while (remaining > 0) {
-        const ssize_t written = ::write(fd, data, static_cast<size_t>(remaining));
-        if (written < 0) {
-            if (errno == EINTR)
-                continue;
-            return false;
-        }
-        data += written;
-        remaining -= written;
-    }
-    return true;
+    return AuditLoggerError::readFailed(QStringLiteral("Could not read audit log: ") + reason);
 }
 
-// Line breaks of the Unicode newline set: LF, VT, FF, CR, NEL, LS, PS.
-bool isNewline(QChar c)
+QString refusalText(LockedFile::Refusal refusal)
 {
-    const char16_t u = c.unicode();
-    return (u >= 0x0A && u <= 0x0D) || u == 0x85 || u == 0x2028 || u == 0x2029;
+    return refusal == LockedFile::Refusal::symbolicLink
+               ? QStringLiteral("The file is a symbolic link, which is never followed.")
+               : QStringLiteral("The file is not a regular file.");
 }
 
-bool isBlank(QStringView line)
-{
-    return std::all_of(line.begin(), line.end(),
-                       [](QChar c) { return c == QLatin1Char('\t') || c.category() == QChar::Separator_Space; });
-}
-
-// Code point order of the composed form, so that writer and verifier order any text alike.
+// Ascending code point order of the composed form; the native bytes of the text itself break
+// ties, so that the order is total and a path array hashes alike in any order.
 QStringList sortedPaths(const QStringList& paths)
 {
-    std::vector<std::pair<QByteArray, QString>> keyed;
+    std::vector<std::tuple<QByteArray, QByteArray, QString>> keyed;
     keyed.reserve(static_cast<size_t>(paths.size()));
     for (const QString& path : paths)
-        keyed.emplace_back(path.normalized(QString::NormalizationForm_C).toUtf8(), path);
-    std::stable_sort(keyed.begin(), keyed.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+        keyed.emplace_back(NativePath::encode(path.normalized(QString::NormalizationForm_C)), NativePath::encode(path),
+                           path);
+    std::sort(keyed.begin(), keyed.end(), [](const auto& a, const auto& b) {
+        return std::tie(std::get<0>(a), std::get<1>(a)) < std::tie(std::get<0>(b), std::get<1>(b));
+    });
     QStringList sorted;
     sorted.reserve(paths.size());
-    for (auto& [key, path] : keyed)
-        sorted.append(std::move(path));
+    for (auto& key : keyed)
+        sorted.append(std::move(std::get<2>(key)));
     return sorted;
+}
+
+// A line as an entry: the quick scanner first, the full decoder when it declines. A line that
+// neither reads fails the log at its number, once the rest of the file is known to be UTF-8:
+// a file that is not text at all is the graver fault and is named first.
+AuditLogEntry decodeLine(QByteArrayView line, AuditLineStream& lines)
+{
+    AuditLogEntry entry;
+    if (AuditLineScanner::scan(line, &entry))
+        return entry;
+    try {
+        return AuditLogEntry::fromJson(JsonDecoder::parse(line.toByteArray()));
+    } catch (const JsonDecodingError& error) {
+        const int lineNumber = lines.lineNumber();
+        lines.checkRest();
+        throw AuditLoggerError::decodingFailed(error.description(), lineNumber);
+    }
+}
+
+template <typename Visit> void forEachEntry(const LockedFile& log, Visit&& visit)
+{
+    AuditLineStream lines(log);
+    while (const std::optional<QByteArrayView> line = lines.next())
+        visit(decodeLine(*line, lines));
+}
+
+// What an append chains to: the hash of the last line (every line checked on the way, none
+// kept but the last), and whether the file ends with a line break.
+struct Tail {
+    QString lastHash;
+    bool endsWithLineBreak = true;
+};
+
+Tail readTail(const LockedFile& log)
+{
+    AuditLineStream lines(log);
+    QByteArray last;
+    while (const std::optional<QByteArrayView> line = lines.next()) {
+        if (!AuditLineScanner::scan(*line))
+            (void)decodeLine(*line, lines);
+        last.resize(0);
+        last.append(*line);
+    }
+    return {last.isEmpty() ? AuditLogger::genesisHash() : decodeLine(last, lines).rollingHash,
+            lines.endsWithLineBreak()};
+}
+
+QString appendFailure(const LockedFile::AppendOutcome& outcome, qsizetype size)
+{
+    const QString reason = outcome.errorCode != 0 ? systemMessage(outcome.errorCode)
+                                                  : QStringLiteral("Only %1 of %2 bytes could be written.")
+                                                        .arg(QString::number(outcome.written), QString::number(size));
+    return QStringLiteral("Failed to append data to log file: ") + reason;
 }
 
 } // namespace
@@ -163,7 +202,8 @@ QString AuditLogger::computeHash(const QString& previousHash, const QString& tim
                                       durationText(durationMs),
                                       sortedPaths(paths).join(QLatin1Char(','))}
                               .join(QLatin1Char('|'));
-    return QString::fromLatin1(QCryptographicHash::hash(input.toUtf8(), QCryptographicHash::Sha256).toHex());
+    // Raw bytes of names that are not UTF-8 hash as those bytes.
+    return QString::fromLatin1(QCryptographicHash::hash(NativePath::encode(input), QCryptographicHash::Sha256).toHex());
 }
 
 AuditLogEntry AuditLogger::record(const QUuid& operationId, AuditOperationType operationType, std::int64_t itemsCount,
@@ -171,9 +211,9 @@ AuditLogEntry AuditLogger::record(const QUuid& operationId, AuditOperationType o
                                   std::optional<double> durationMs, const QDateTime& date)
 {
     std::lock_guard operation(m_operation);
-    createLogDirectory();
-    const std::vector<AuditLogEntry> entries = readEntriesLocked();
-    m_lastHash = entries.empty() ? genesisHash() : entries.back().rollingHash;
+    const LockedFile log = openForAppending();
+    const Tail tail = readTail(log);
+    m_lastHash = tail.lastHash;
 
     AuditLogEntry entry{
         .timestamp = TimeStamp::iso8601WithMilliseconds(date),
@@ -191,137 +231,120 @@ AuditLogEntry AuditLogger::record(const QUuid& operationId, AuditOperationType o
     // JSON has no text for an infinite or undefined number.
     if (durationMs && !std::isfinite(*durationMs))
         throw AuditLoggerError::writeFailed(QStringLiteral("Failed to encode audit entry to JSON."));
-    writeLine(JsonWriter::compactSorted(entry.toJson()) + '\n');
+    // A last line left unclosed (by an editor, say) is closed first, or the two would merge.
+    QByteArray bytes = tail.endsWithLineBreak ? QByteArray() : QByteArray("\n");
+    bytes += JsonWriter::compactSorted(entry.toJson());
+    bytes += '\n';
+    if (const LockedFile::AppendOutcome outcome = log.append(bytes); !outcome.succeeded())
+        throw AuditLoggerError::writeFailed(appendFailure(outcome, bytes.size()));
     m_lastHash = entry.rollingHash;
     return entry;
+}
+
+void AuditLogger::checkWritable()
+{
+    std::lock_guard operation(m_operation);
+    (void)readTail(openForAppending());
 }
 
 std::vector<AuditLogEntry> AuditLogger::readEntries()
 {
     std::lock_guard operation(m_operation);
-    return readEntriesLocked();
-}
-
-std::vector<AuditLogEntry> AuditLogger::readEntriesLocked() const
-{
-    if (!m_fileManager->fileExists(m_logFileURL))
-        return {};
-    QFile file(m_logFileURL);
-    if (!file.open(QIODevice::ReadOnly))
-        throw AuditLoggerError::readFailed(QStringLiteral("Could not read audit log: ") + file.errorString());
-    const QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError)
-        throw AuditLoggerError::readFailed(QStringLiteral("Could not read audit log: ") + file.errorString());
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    const QString text = decoder.decode(bytes);
-    if (decoder.hasError())
-        throw AuditLoggerError::readFailed(
-            QStringLiteral("Could not read audit log: The file is not valid UTF-8 text."));
-
+    const std::optional<LockedFile> log = openForReading();
     std::vector<AuditLogEntry> entries;
-    int lineNumber = 0;
-    qsizetype start = 0;
-    for (qsizetype i = 0; i <= text.size(); ++i) {
-        if (i < text.size() && !isNewline(text.at(i)))
-            continue;
-        const QStringView line = QStringView(text).mid(start, i - start);
-        start = i + 1;
-        if (isBlank(line))
-            continue;
-        ++lineNumber;
-        try {
-            entries.push_back(AuditLogEntry::fromJson(JsonDecoder::parse(line.toUtf8())));
-        } catch (const JsonDecodingError& error) {
-            throw AuditLoggerError::decodingFailed(error.description(), lineNumber);
-        }
-    }
+    if (log)
+        forEachEntry(*log, [&entries](AuditLogEntry&& entry) { entries.push_back(std::move(entry)); });
     return entries;
 }
 
 AuditVerificationResult AuditLogger::verifyIntegrity()
 {
     std::lock_guard operation(m_operation);
-    const std::vector<AuditLogEntry> entries = readEntriesLocked();
-    const auto total = static_cast<int>(entries.size());
+    const std::optional<LockedFile> log = openForReading();
+    if (!log)
+        return {true, 0, std::nullopt, std::nullopt};
+    // Past a break every line is still decoded: one that cannot be is an error all the same,
+    // and the result counts the entries of the whole file.
+    int total = 0;
     QString expected = genesisHash();
-    for (int n = 1; n <= total; ++n) {
-        const AuditLogEntry& entry = entries[static_cast<size_t>(n - 1)];
+    std::optional<int> brokenAt;
+    std::optional<QString> reason;
+    forEachEntry(*log, [&](AuditLogEntry&& entry) {
+        const int n = ++total;
+        if (reason)
+            return;
         if (entry.previousHash != expected) {
-            return {false, total, n - 1,
-                    QStringLiteral("Previous hash mismatch at line %1. Expected %2, got %3")
-                        .arg(QString::number(n), expected, entry.previousHash)};
+            brokenAt = n - 1;
+            reason = QStringLiteral("Previous hash mismatch at line %1. Expected %2, got %3")
+                         .arg(QString::number(n), expected, entry.previousHash);
+            return;
         }
         const QString computed =
             computeHash(entry.previousHash, entry.timestamp, entry.operationId, entry.operationType.text(),
                         entry.itemsCount, entry.bytesFreed, entry.paths, entry.client, entry.durationMs);
         if (computed != entry.rollingHash) {
-            return {false, total, n - 1,
-                    QStringLiteral("Rolling hash mismatch at line %1. Content was modified. Computed %2, stored %3")
-                        .arg(QString::number(n), computed, entry.rollingHash)};
+            brokenAt = n - 1;
+            reason = QStringLiteral("Rolling hash mismatch at line %1. Content was modified. Computed %2, stored %3")
+                         .arg(QString::number(n), computed, entry.rollingHash);
+            return;
         }
-        expected = entry.rollingHash;
-    }
-    return {true, total, std::nullopt, std::nullopt};
+        expected = std::move(entry.rollingHash);
+    });
+    return {!reason, total, brokenAt, reason};
 }
 
-void AuditLogger::createLogDirectory() const
+LockedFile AuditLogger::openForAppending() const
 {
-    QStringList missing;
-    for (QString folder = PathText::parent(m_logFileURL); !m_fileManager->fileExists(folder);
-         folder = PathText::parent(folder)) {
-        missing.prepend(folder);
-        if (folder == QLatin1String("/") || folder == QLatin1String("."))
-            break;
+    const SystemCalls& calls = m_fileManager->systemCalls();
+    const OpenedFolder folder =
+        OpenedFolder::open(calls, NativePath::encode(PathText::parent(m_logFileURL)), folderMode);
+    if (folder.creationFailed)
+        throw AuditLoggerError::directoryCreationFailed(systemMessage(folder.errorCode));
+    if (!folder.fd.isOpen())
+        throw AuditLoggerError::writeFailed(QStringLiteral("Unable to create log file: ") +
+                                            systemMessage(folder.errorCode));
+    LockedFile log = LockedFile::open(calls, folder.fd.get(), NativePath::encode(PathText::lastComponent(m_logFileURL)),
+                                      LockedFile::Access::append, fileMode);
+    switch (log.refusal()) {
+    case LockedFile::Refusal::none:
+        return log;
+    case LockedFile::Refusal::symbolicLink:
+    case LockedFile::Refusal::notRegularFile:
+        throw AuditLoggerError::writeFailed(refusalText(log.refusal()));
+    case LockedFile::Refusal::creationFailed:
+        throw AuditLoggerError::writeFailed(QStringLiteral("Unable to create log file: ") +
+                                            systemMessage(log.errorCode()));
+    case LockedFile::Refusal::absent:
+    case LockedFile::Refusal::failed:
+        break;
     }
-    for (const QString& folder : missing) {
-        const QByteArray native = QFile::encodeName(folder);
-        if (::mkdir(native.constData(), directoryMode) != 0 && errno != EEXIST)
-            throw AuditLoggerError::directoryCreationFailed(systemMessage(errno));
-        ::chmod(native.constData(), directoryMode); // exactly 0700, whatever the umask
-    }
+    throw AuditLoggerError::writeFailed(QStringLiteral("Unable to open log file handle for writing."));
 }
 
-void AuditLogger::writeLine(const QByteArray& line) const
+std::optional<LockedFile> AuditLogger::openForReading() const
 {
-    const QByteArray path = QFile::encodeName(m_logFileURL);
-    if (m_fileManager->fileExists(m_logFileURL)) {
-        int fd;
-        do {
-            fd = ::open(path.constData(), O_WRONLY | O_APPEND | O_CLOEXEC);
-        } while (fd < 0 && errno == EINTR);
-        if (fd < 0)
-            throw AuditLoggerError::writeFailed(QStringLiteral("Unable to open log file handle for writing."));
-        const bool written = writeAll(fd, line) && ::fsync(fd) == 0;
-        const int failure = errno;
-        ::close(fd);
-        if (!written)
-            throw AuditLoggerError::writeFailed(QStringLiteral("Failed to append data to log file: ") +
-                                                systemMessage(failure));
-        return;
+    const SystemCalls& calls = m_fileManager->systemCalls();
+    const OpenedFolder folder = OpenedFolder::open(calls, NativePath::encode(PathText::parent(m_logFileURL)));
+    if (!folder.fd.isOpen()) {
+        if (folder.errorCode == ENOENT || folder.errorCode == ENOTDIR)
+            return std::nullopt;
+        throw readFailed(systemMessage(folder.errorCode));
     }
-
-    // A new log appears whole or not at all: written beside it, then renamed into place.
-    // mkostemp creates the file with mode 0600, the log's own mode.
-    QByteArray temporary = path + ".XXXXXX";
-    const int fd = ::mkostemp(temporary.data(), O_CLOEXEC);
-    if (fd < 0)
-        throw AuditLoggerError::writeFailed(QStringLiteral("Unable to create log file: ") + systemMessage(errno));
-    const bool written = writeAll(fd, line) && ::fsync(fd) == 0;
-    int failure = errno;
-    ::close(fd);
-    if (written && ::rename(temporary.constData(), path.constData()) == 0) {
-        // The new name must reach the disk too.
-        const int folder = ::open(QFile::encodeName(PathText::parent(m_logFileURL)).constData(), O_RDONLY | O_CLOEXEC);
-        if (folder >= 0) {
-            ::fsync(folder);
-            ::close(folder);
-        }
-        return;
+    LockedFile log = LockedFile::open(calls, folder.fd.get(), NativePath::encode(PathText::lastComponent(m_logFileURL)),
+                                      LockedFile::Access::read);
+    switch (log.refusal()) {
+    case LockedFile::Refusal::none:
+        return log;
+    case LockedFile::Refusal::absent:
+        return std::nullopt;
+    case LockedFile::Refusal::symbolicLink:
+    case LockedFile::Refusal::notRegularFile:
+        throw readFailed(refusalText(log.refusal()));
+    case LockedFile::Refusal::creationFailed:
+    case LockedFile::Refusal::failed:
+        break;
     }
-    if (written)
-        failure = errno;
-    ::unlink(temporary.constData());
-    throw AuditLoggerError::writeFailed(QStringLiteral("Unable to create log file: ") + systemMessage(failure));
+    throw readFailed(systemMessage(log.errorCode()));
 }
 
 } // namespace kestrow

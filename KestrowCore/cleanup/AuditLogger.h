@@ -5,6 +5,7 @@
 #include "cleanup/AuditOperationType.h"
 #include "cleanup/AuditVerificationResult.h"
 #include "platform/FileManager.h"
+#include "platform/LockedFile.h"
 
 #include <QDateTime>
 #include <QString>
@@ -21,8 +22,12 @@ namespace kestrow {
 
 // The tamper-evident record of every cleanup run: an append-only JSON Lines file in which
 // each line carries the SHA-256 of its content chained to the hash of the line before. The
-// file alone is the truth: every append reads and decodes it whole to find the tail. One
-// operation at a time per logger; there is no lock between processes.
+// file alone is the truth: every append checks every line and chains to the last, reading
+// the file as a stream in fixed memory. One operation at a time per logger, and between
+// processes an advisory lock on the file: shared while reading, exclusive from the reading of
+// the tail to the end of the append, so that concurrent writers chain one after the other.
+// The log is opened by name in its folder and must be a regular file: a symbolic link is
+// never followed, and a new log is made exclusively, never renamed over one.
 class AuditLogger {
 public:
     struct Options {
@@ -34,17 +39,23 @@ public:
     // Touches nothing on disk.
     explicit AuditLogger(Options options = {});
 
-    // Appends one line and returns what it wrote. Creates the folder (0700) and the file
-    // (0600) on first use; every line is forced to disk before this returns. Throws
-    // AuditLoggerError; a log with an undecodable line takes no further lines.
+    // Appends one line, in one write, and returns what it wrote. Creates the folder (0700,
+    // with its parents) and the file (0600) on first use; every line is forced to disk before
+    // this returns. Throws AuditLoggerError; a log with an undecodable line takes no further
+    // lines, and a write that fails leaves the file as it was.
     AuditLogEntry record(const QUuid& operationId, AuditOperationType operationType, std::int64_t itemsCount,
                          std::int64_t bytesFreed, const QStringList& paths, const QString& client,
                          std::optional<double> durationMs, const QDateTime& date);
 
+    // Does all that `record` does before it writes: makes the folder and the file when
+    // absent, takes the lock and checks every line. Throws what `record` would throw then.
+    void checkWritable();
+
     // Every entry in file order; an absent file is an empty log. Throws AuditLoggerError.
     [[nodiscard]] std::vector<AuditLogEntry> readEntries();
 
-    // Walks the chain and names the first broken line. Throws the errors of readEntries.
+    // Walks the chain and names the first broken line, holding one line at a time. Throws
+    // the errors of readEntries.
     [[nodiscard]] AuditVerificationResult verifyIntegrity();
 
     // The hex SHA-256 that chains a line: writer and verifier both come here.
@@ -66,9 +77,9 @@ public:
     [[nodiscard]] std::optional<QString> lastHash() const;
 
 private:
-    std::vector<AuditLogEntry> readEntriesLocked() const;
-    void createLogDirectory() const;
-    void writeLine(const QByteArray& line) const;
+    [[nodiscard]] LockedFile openForAppending() const;
+    // Nothing when there is no log.
+    [[nodiscard]] std::optional<LockedFile> openForReading() const;
 
     QString m_logFileURL;
     std::shared_ptr<const FileManager> m_fileManager;

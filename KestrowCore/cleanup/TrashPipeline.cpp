@@ -76,6 +76,7 @@ TrashPipeline::TrashPipeline(Options options)
     : m_fileManager(options.fileManager ? std::move(options.fileManager) : std::make_shared<FileManager>())
     , m_auditLogger(std::move(options.auditLogger))
     , m_homeURL(options.homeURL.isEmpty() ? QDir::homePath() : std::move(options.homeURL))
+    , m_onAuditFailure(std::move(options.onAuditFailure))
 {
 }
 
@@ -119,8 +120,10 @@ TrashSummary TrashPipeline::run(const QStringList& urls, bool dryRun, bool perma
             m_auditLogger->record(operationId, type, summary.successCount(), summary.totalAllocatedBytesFreed(),
                                   freedPaths, client, summary.durationSeconds() * 1000.0,
                                   QDateTime::currentDateTimeUtc());
-        } catch (const AuditLoggerError&) {
+        } catch (const AuditLoggerError& error) {
             // The run happened whether or not the log could take its line.
+            if (m_onAuditFailure)
+                m_onAuditFailure(error);
         }
     }
     return summary;

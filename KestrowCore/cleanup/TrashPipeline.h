@@ -10,6 +10,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 
 namespace kestrow {
@@ -25,6 +26,8 @@ public:
         std::shared_ptr<const FileManager> fileManager;
         std::shared_ptr<AuditLogger> auditLogger; // absent: the run leaves no trace in the log
         QString homeURL;                          // the home the sandbox guards; empty: the user's
+        // Told when the log could not take a run's line; the run's result stands all the same.
+        std::function<void(const AuditLoggerError&)> onAuditFailure;
     };
 
     explicit TrashPipeline(Options options = {});
@@ -58,6 +61,7 @@ private:
     std::shared_ptr<const FileManager> m_fileManager;
     std::shared_ptr<AuditLogger> m_auditLogger;
     QString m_homeURL;
+    std::function<void(const AuditLoggerError&)> m_onAuditFailure;
 };
 
 } // namespace kestrow

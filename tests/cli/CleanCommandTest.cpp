@@ -1,6 +1,10 @@
 #include "KestrowChild.h"
 #include "KestrowProcess.h"
+#include "LoggedTrashRun.h"
 #include "TestHome.h"
+
+#include "cleanup/AuditLogger.h"
+#include "platform/FileManager.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -9,7 +13,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <csignal>
+#include <memory>
+#include <vector>
 
 using namespace kestrow::test;
 
@@ -160,4 +167,110 @@ TEST(AuditCommand, ReportsTheBrokenLineAndAnUnreadableLog)
         EXPECT_TRUE(unreadable.err.startsWith(QStringLiteral("kestrow: Failed to parse audit log at line 3: ")))
             << unreadable.err.toStdString();
     }
+}
+
+TEST(CleanCommand, ConcurrentRunsChainEveryLine)
+{
+    TestHome home;
+    const QString log = home.path(QStringLiteral(".kestrow/audit.jsonl"));
+    qsizetype lines = 0;
+    // Twenty pairs each on a log that does not exist yet, then twenty on the one that grew.
+    for (int pair = 0; pair < 40; ++pair) {
+        if (pair < 20) {
+            QDir(home.path(QStringLiteral(".kestrow"))).removeRecursively();
+            lines = 0;
+        }
+        QStringList items;
+        std::vector<std::unique_ptr<QProcess>> runs;
+        for (const char* side : {"a", "b"}) {
+            items.append(home.writeFile(QStringLiteral(".cache/p%1%2/x").arg(pair).arg(QLatin1String(side)), 10));
+            runs.push_back(startKestrow(withHome(home, {QStringLiteral("clean"), items.last()})));
+        }
+        for (const auto& run : runs) {
+            ASSERT_TRUE(run->waitForFinished(30000));
+            EXPECT_EQ(run->exitCode(), 0) << run->readAllStandardError().toStdString();
+        }
+        lines += 2;
+        QFile file(log);
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        const QByteArray text = file.readAll();
+        EXPECT_EQ(text.count('\n'), lines) << "pair " << pair;
+        for (const QString& item : items)
+            EXPECT_TRUE(text.contains(item.toUtf8().replace("/", "\\/"))) << "pair " << pair;
+        const kestrow::AuditVerificationResult verified =
+            kestrow::AuditLogger({.homeURL = home.path()}).verifyIntegrity();
+        EXPECT_TRUE(verified.isValid) << "pair " << pair << ": "
+                                      << verified.failureReason.value_or(QString()).toStdString();
+    }
+}
+
+TEST(CleanCommand, ALogThatCannotTakeALineStopsTheRunBeforeItStarts)
+{
+    TestHome home;
+    const QString item = home.writeFile(QStringLiteral(".cache/app/blob"), 100);
+    const QString log = home.writeFile(QStringLiteral(".kestrow/audit.jsonl"), QByteArray("{\"not\":\"an entry\"}\n"));
+    const QString refusal = QStringLiteral("kestrow: the audit log %1 cannot take a line: ").arg(log);
+    for (const QStringList& arguments :
+         {QStringList{QStringLiteral("clean"), item},
+          QStringList{QStringLiteral("clean"), QStringLiteral("--dry-run"), QStringLiteral("--json"), item},
+          QStringList{QStringLiteral("sweep"), QStringLiteral("--yes")}}) {
+        const KestrowRun run = runKestrow(withHome(home, arguments));
+        EXPECT_EQ(run.exitCode, 1);
+        EXPECT_TRUE(run.err.startsWith(refusal + QStringLiteral("Failed to parse audit log at line 1: ")))
+            << run.err.toStdString();
+        EXPECT_TRUE(run.err.endsWith(QStringLiteral(". Nothing was cleaned. Run `kestrow audit verify` to see the "
+                                                    "broken line, or move the file away to start a new log.\n")));
+        EXPECT_TRUE(run.out.isEmpty());
+    }
+    EXPECT_TRUE(QFileInfo::exists(item));
+
+    // A link in the log's place is not followed, and what it leads to is left alone.
+    const QString elsewhere = home.writeFile(QStringLiteral("elsewhere/audit.jsonl"), QByteArray());
+    QFile::remove(log);
+    home.makeSymbolicLink(QStringLiteral(".kestrow/audit.jsonl"), elsewhere);
+    const KestrowRun linked = runKestrow(withHome(home, {QStringLiteral("clean"), item}));
+    EXPECT_EQ(linked.exitCode, 1);
+    EXPECT_EQ(linked.err, refusal + QStringLiteral("Failed to write audit log entry: The file is a symbolic link, "
+                                                   "which is never followed. Nothing was cleaned. The log must be a "
+                                                   "regular file in a folder that can be written to; move away what "
+                                                   "is in its place to start a new log.\n"));
+    EXPECT_TRUE(QFileInfo::exists(item));
+    EXPECT_EQ(QFileInfo(elsewhere).size(), 0);
+}
+
+namespace {
+
+// A disk that is full by the time the run's line is written.
+class FullDisk : public kestrow::SystemCalls {
+public:
+    ssize_t write(int, const void*, size_t) const override
+    {
+        errno = ENOSPC;
+        return -1;
+    }
+};
+
+} // namespace
+
+TEST(CleanCommand, ALineTheLogCannotTakeAfterTheRunFailsTheCommand)
+{
+    TestHome home;
+    const QString item = home.writeFile(QStringLiteral(".cache/app/blob"), 100);
+    const kestrow::cli::LoggedTrashRun run(home.path(),
+                                           std::make_shared<kestrow::FileManager>(std::make_shared<FullDisk>()));
+    ASSERT_TRUE(run.logCanTakeALine());
+
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    const int status = run.report(run.pipeline().trash({item}, false, QStringLiteral("cli")), true);
+    const QString out = QString::fromStdString(testing::internal::GetCapturedStdout());
+    const QString err = QString::fromStdString(testing::internal::GetCapturedStderr());
+    EXPECT_EQ(status, 1);
+    EXPECT_TRUE(out.startsWith(QStringLiteral("{\n  \"operationId\" : \""))) << "the summary stays on standard output";
+    EXPECT_TRUE(out.contains(QStringLiteral("\"status\" : \"SUCCESS\"")));
+    EXPECT_EQ(err, QStringLiteral("kestrow: this run could not be recorded in the audit log %1: Failed to write audit "
+                                  "log entry: Failed to append data to log file: No space left on device. What the "
+                                  "run did stands; run `kestrow audit verify` to check the log.\n")
+                       .arg(home.path(QStringLiteral(".kestrow/audit.jsonl"))));
+    EXPECT_FALSE(QFileInfo::exists(item));
 }

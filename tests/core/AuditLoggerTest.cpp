@@ -1,11 +1,16 @@
 #include "TestHome.h"
 
+#include "cleanup/AuditLineScanner.h"
 #include "cleanup/AuditLogger.h"
+#include "platform/NativePath.h"
+#include "support/JsonDecoder.h"
 
 #include <QFile>
 #include <QFileInfo>
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 using namespace kestrow;
 using kestrow::test::TestHome;
@@ -190,4 +195,99 @@ TEST(AuditLogger, FailuresCarryTheirTexts)
     EXPECT_EQ(caught([&] { recordTrash(fresh, {}, std::numeric_limits<double>::infinity()); }).description(),
               QStringLiteral("Failed to write audit log entry: Failed to encode audit entry to JSON."));
     EXPECT_TRUE(fresh.readEntries().empty());
+}
+
+TEST(AuditLogger, NamesWithLineBreaksAndRawBytesRoundTrip)
+{
+    TestHome home;
+    AuditLogger logger({.homeURL = home.path()});
+    const QString base = home.path(QStringLiteral(".cache/"));
+    // Every line break of the Unicode newline set, a quote, a backslash, an astral character,
+    // and names that are not UTF-8 (raw bytes 0xFF and 0xFE, and a broken sequence).
+    const QStringList odd{base + QStringLiteral("line\u2028sep"),
+                          base + QStringLiteral("para\u2029sep"),
+                          base + QStringLiteral("next\u0085line"),
+                          base + QStringLiteral("cr\rlf\nvt\u000bff\u000c"),
+                          base + QStringLiteral("quote\"back\\slash\tend \U0001F600"),
+                          base + NativePath::decode(QByteArray("raw\xff")),
+                          base + NativePath::decode(QByteArray("raw\xfe")),
+                          base + NativePath::decode(QByteArray("cut\xe2\x80"))};
+    const AuditLogEntry first = recordTrash(logger, odd, 12.5);
+    QStringList reversed = odd;
+    std::reverse(reversed.begin(), reversed.end());
+    const AuditLogEntry second = recordTrash(logger, reversed);
+
+    EXPECT_EQ(fileLines(logger.logFileURL()).size(), 3) << "each entry stays on one line";
+    EXPECT_EQ(AuditLogger({.homeURL = home.path()}).readEntries(), (std::vector<AuditLogEntry>{first, second}));
+    EXPECT_EQ(logger.verifyIntegrity(), (AuditVerificationResult{true, 2, std::nullopt, std::nullopt}));
+
+    // The hash sees raw bytes as they are, and sorts paths in one order, whatever the input.
+    const auto hashOf = [&](const QStringList& paths) {
+        return AuditLogger::computeHash(AuditLogger::genesisHash(), QStringLiteral("t"), QStringLiteral("id"),
+                                        QStringLiteral("trash"), 1, 1, paths, QStringLiteral("gui"), std::nullopt);
+    };
+    EXPECT_NE(hashOf({odd[5]}), hashOf({odd[6]}));
+    EXPECT_EQ(hashOf(odd), hashOf(reversed));
+    const QString composed = base + QStringLiteral("\u00e9");
+    const QString decomposed = base + QStringLiteral("e\u0301");
+    EXPECT_EQ(hashOf({composed, decomposed}), hashOf({decomposed, composed}));
+}
+
+TEST(AuditLogger, QuickLineReadingAgreesWithTheFullDecoder)
+{
+    TestHome home;
+    AuditLogger logger({.homeURL = home.path()});
+    const AuditLogEntry written =
+        recordTrash(logger, {home.path(QStringLiteral("a\u2028b")), NativePath::decode(QByteArray("/h/\xff"))}, 1250);
+    const QByteArray line = fileLines(logger.logFileURL()).first();
+    const auto fullDecode = [](const QByteArray& text) { return AuditLogEntry::fromJson(JsonDecoder::parse(text)); };
+    // What the writer writes is read quickly, and as the full decoder reads it.
+    AuditLogEntry quick;
+    ASSERT_TRUE(AuditLineScanner::scan(line, &quick));
+    EXPECT_EQ(quick, written);
+    EXPECT_EQ(quick, fullDecode(line));
+
+    const auto replaced = [&](const char* from, const char* to) { return QByteArray(line).replace(from, to); };
+    const QByteArray durationKey = "\"durationMs\":1250";
+    const QByteArrayList variants{
+        replaced(durationKey, "\"durationMs\":1.5E+3"),
+        replaced(durationKey, "\"durationMs\":-0"),
+        replaced(durationKey, "\"durationMs\":-0.0"),
+        replaced(durationKey, "\"durationMs\":1e-400"),
+        replaced(durationKey, "\"durationMs\":5e-324"),
+        replaced(durationKey, "\"durationMs\":null"),
+        replaced(durationKey, "\"durationMs\":\"1\""),
+        replaced(durationKey, "\"durationMs\":01"),
+        replaced(durationKey + ",", ""),
+        replaced("\"itemsCount\":2", "\"itemsCount\":2.0"),
+        replaced("\"itemsCount\":2", "\"itemsCount\":-2"),
+        replaced("\"itemsCount\":2", "\"itemsCount\":1234567890123456789"),
+        replaced("\"client\":\"gui\"", "\"client\":\"g\\u0000\\ud83d\\ude00\\ud800\\u00e9\\b\\f\\n\\r\\t\\\"\""),
+        replaced("\"client\":\"gui\"", "\"client\":\"g\x7f\x01\""),
+        replaced("\"client\":\"gui\"", "\"client\":\"\\x\""),
+        replaced("\"client\":\"gui\"", "\"client\":\"gui\",\"client\":\"mcp\""),
+        replaced("\"client\":\"gui\"", "\"client\":\"gui\",\"extra\":[1,{}]"),
+        replaced("\"client\"", "\"\\u0063lient\""),
+        replaced("\"trash\"", "\"tr\\u0061sh\""),
+        replaced("\"trash\"", "\"sweep\""),
+        replaced("\"paths\":[", "\"paths\":[ 7,"),
+        replaced("{", " \t{ "),
+        replaced("{", "\xef\xbb\xbf{"),
+        line + " ",
+        line + "x",
+        line.chopped(1),
+    };
+    for (const QByteArray& variant : variants) {
+        AuditLogEntry scanned;
+        if (!AuditLineScanner::scan(variant, &scanned))
+            continue; // declined: the full decoder decides alone
+        try {
+            const AuditLogEntry decoded = fullDecode(variant);
+            EXPECT_EQ(scanned, decoded) << variant.toStdString();
+            // 0.0 and -0.0 compare equal, but hash apart.
+            EXPECT_EQ(AuditLogger::durationText(scanned.durationMs), AuditLogger::durationText(decoded.durationMs));
+        } catch (const JsonDecodingError&) {
+            ADD_FAILURE() << "read quickly but not by the decoder: " << variant.toStdString();
+        }
+    }
 }
