@@ -14,6 +14,8 @@
 
 namespace kestrow {
 
+class FreedesktopTrash;
+
 // Receives what a deep walk sees. The walker calls it on the walking thread.
 class WalkSink {
 public:
@@ -107,6 +109,9 @@ public:
 
 private:
     std::shared_ptr<const SystemCalls> m_systemCalls;
+#if !defined(__APPLE__)
+    std::shared_ptr<const FreedesktopTrash> m_trash; // keeps the home Trash open between items
+#endif
 };
 
 } // namespace kestrow
