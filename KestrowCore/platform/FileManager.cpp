@@ -317,11 +317,13 @@ void FileManager::walk(const QString& root, WalkSink& sink, std::stop_token stop
 FileOperationResult FileManager::trashItem(const QString& path) const
 {
     AnchorOutcome anchored = anchor(path);
-    if (!anchored.item)
-        return {false, std::nullopt,
-                TrashError{TrashError::Case::unreachable, path, {}, TrashError::systemText(anchored.errorCode)}
-                    .description()};
-    return trashItem(*anchored.item);
+    if (anchored.item)
+        return trashItem(*anchored.item);
+    const int error = anchored.errorCode;
+    const QString reason = error == ELOOP || error == ENOTDIR
+                               ? QStringLiteral("a folder on its path is a symbolic link or not a folder")
+                               : TrashError::systemText(error);
+    return {false, std::nullopt, TrashError{TrashError::Case::unreachable, path, {}, reason}.description()};
 }
 
 FileOperationResult FileManager::removeItem(const QString& path) const

@@ -94,7 +94,8 @@ public:
     virtual void walk(const QString& root, WalkSink& sink, std::stop_token stop = {}) const;
     // Moves the item (a link itself, never what it leads to) to the user's Trash, from where
     // the desktop can put it back: the freedesktop.org Trash on Linux, the Finder's on macOS.
-    // Never deletes instead.
+    // Never deletes instead; an item that cannot go stays where it is, and the description says
+    // what went wrong and where. The path is anchored first, so a link among its folders fails.
     [[nodiscard]] virtual FileOperationResult trashItem(const QString& path) const;
     // Deletes the item for good, a folder with all it holds; links are removed, not followed.
     // Stops at the first thing that cannot go and names it.

@@ -269,6 +269,13 @@ TEST(FreedesktopTrash, FailedWriteOrMoveLeavesTheItemAndNoRecordAndTheNextItemGo
                              "item has taken its name).")
                   .arg(item));
     EXPECT_EQ(readRaw(NativePath::encode(item)), "newcomer");
+    // Nor is an item reached through a linked folder.
+    const QString linked = home.makeSymbolicLink(QStringLiteral(".cache/linked"), home.path(QStringLiteral(".cache")));
+    result = files.trashItem(linked + QStringLiteral("/item"));
+    EXPECT_EQ(result.errorDescription,
+              QStringLiteral("Could not move \u201c%1/item\u201d to the Trash: it cannot be "
+                             "reached (a folder on its path is a symbolic link or not a folder).")
+                  .arg(linked));
 
     result = files.trashItem(item);
     EXPECT_TRUE(result.succeeded) << result.errorDescription.toStdString();
