@@ -1,10 +1,10 @@
 #include "platform/FileManager.h"
 
+#include "platform/FreedesktopTrash.h"
 #include "platform/NativePath.h"
+#include "platform/TrashError.h"
 
-#include <QDir>
 #include <QFile>
-#include <QStandardPaths>
 
 #include <algorithm>
 #include <cerrno>
@@ -186,6 +186,9 @@ int removeContents(int fd, std::string& path, std::string& failedPath)
 
 FileManager::FileManager(std::shared_ptr<const SystemCalls> systemCalls)
     : m_systemCalls(systemCalls ? std::move(systemCalls) : SystemCalls::real())
+#if !defined(__APPLE__)
+    , m_trash(std::make_shared<const FreedesktopTrash>(m_systemCalls))
+#endif
 {
 }
 
@@ -313,25 +316,14 @@ void FileManager::walk(const QString& root, WalkSink& sink, std::stop_token stop
 
 FileOperationResult FileManager::trashItem(const QString& path) const
 {
-#if !defined(__APPLE__)
-    // Qt files an item under the working folder when it cannot set up the home Trash, and
-    // calls that a success. So the home Trash is made sure of first; a fresh account may not
-    // even have the data folder it lives in.
-    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-    const QString homeTrash = data + QStringLiteral("/Trash");
-    const auto ownerOnly = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
-    QDir folders;
-    const auto ensure = [&](const QString& folder) {
-        return folders.exists(folder) || folders.mkdir(folder, ownerOnly);
-    };
-    if (!QDir::isAbsolutePath(data) || !folders.mkpath(data) || !ensure(homeTrash) ||
-        !ensure(homeTrash + QStringLiteral("/files")) || !ensure(homeTrash + QStringLiteral("/info")))
-        return {false, std::nullopt, QStringLiteral("The Trash folder %1 could not be set up.").arg(homeTrash)};
-#endif
-    QFile item(path);
-    if (!item.moveToTrash())
-        return {false, std::nullopt, item.errorString()};
-    return {true, item.fileName(), {}};
+    AnchorOutcome anchored = anchor(path);
+    if (anchored.item)
+        return trashItem(*anchored.item);
+    const int error = anchored.errorCode;
+    const QString reason = error == ELOOP || error == ENOTDIR
+                               ? QStringLiteral("a folder on its path is a symbolic link or not a folder")
+                               : TrashError::systemText(error);
+    return {false, std::nullopt, TrashError{TrashError::Case::unreachable, path, {}, reason}.description()};
 }
 
 FileOperationResult FileManager::removeItem(const QString& path) const
@@ -368,7 +360,19 @@ void FileManager::walk(const AnchoredItem& item, WalkSink& sink, std::stop_token
 
 FileOperationResult FileManager::trashItem(const AnchoredItem& item) const
 {
-    return trashItem(item.path);
+    if (const int error = verifyAnchored(item)) {
+        const QString reason =
+            error == ESTALE ? QStringLiteral("another item has taken its name") : TrashError::systemText(error);
+        return {false, std::nullopt, TrashError{TrashError::Case::changed, item.path, {}, reason}.description()};
+    }
+#if defined(__APPLE__)
+    QFile file(item.path);
+    if (!file.moveToTrash())
+        return {false, std::nullopt, file.errorString()};
+    return {true, file.fileName(), {}};
+#else
+    return m_trash->trash(item);
+#endif
 }
 
 FileOperationResult FileManager::removeItem(const AnchoredItem& item) const

@@ -14,6 +14,8 @@
 
 namespace kestrow {
 
+class FreedesktopTrash;
+
 // Receives what a deep walk sees. The walker calls it on the walking thread.
 class WalkSink {
 public:
@@ -92,7 +94,8 @@ public:
     virtual void walk(const QString& root, WalkSink& sink, std::stop_token stop = {}) const;
     // Moves the item (a link itself, never what it leads to) to the user's Trash, from where
     // the desktop can put it back: the freedesktop.org Trash on Linux, the Finder's on macOS.
-    // Never deletes instead.
+    // Never deletes instead; an item that cannot go stays where it is, and the description says
+    // what went wrong and where. The path is anchored first, so a link among its folders fails.
     [[nodiscard]] virtual FileOperationResult trashItem(const QString& path) const;
     // Deletes the item for good, a folder with all it holds; links are removed, not followed.
     // Stops at the first thing that cannot go and names it.
@@ -121,6 +124,9 @@ public:
 
 private:
     std::shared_ptr<const SystemCalls> m_systemCalls;
+#if !defined(__APPLE__)
+    std::shared_ptr<const FreedesktopTrash> m_trash; // keeps the home Trash open between items
+#endif
 };
 
 } // namespace kestrow

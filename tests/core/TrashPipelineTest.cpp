@@ -204,7 +204,9 @@ TEST(TrashPipeline, ATrashThatCannotBeSetUpLeavesTheItemInPlace)
     QDir::setCurrent(workingFolder);
     EXPECT_EQ(summary.records()[0].status, TrashItemStatus::failed);
     EXPECT_EQ(summary.records()[0].errorMessage,
-              QStringLiteral("The Trash folder %1/Trash could not be set up.").arg(data));
+              QStringLiteral("Could not move \u201c%1\u201d to the Trash: the Trash folder %2/Trash cannot be used "
+                             "(Not a directory).")
+                  .arg(item, data));
     EXPECT_TRUE(QFileInfo::exists(item));
     EXPECT_TRUE(QDir(home.path(QStringLiteral("work"))).isEmpty());
 }
