@@ -1,5 +1,7 @@
 #include "support/PathText.h"
 
+#include "platform/NativePath.h"
+
 #include <QDir>
 #include <QFile>
 #include <QUrl>
@@ -206,9 +208,42 @@ QString PathText::parent(const QString& path)
     return trimmed.left(slash);
 }
 
+namespace {
+
+// What a file URL's path keeps as it stands: unreserved characters, sub-delimiters, ":", "@",
+// "/", "[" and "]". Everything else, every byte above 0x7F included, is percent-encoded.
+bool keptLiterallyInURL(unsigned char byte)
+{
+    if ((byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || (byte >= '0' && byte <= '9'))
+        return true;
+    static const QByteArray kept("-._~!$&'()*+,;=:@/[]");
+    return kept.contains(static_cast<char>(byte));
+}
+
+} // namespace
+
 QString PathText::fileURLString(const QString& path)
 {
-    return QString::fromUtf8(QUrl::fromLocalFile(path).toEncoded());
+    if (path.isEmpty())
+        return {};
+    // The native bytes, each one outside the set a file URL's path keeps literally written as
+    // "%HH". Valid UTF-8 comes out as QUrl writes it; a raw byte comes out as itself, not as
+    // the UTF-8 of the character that stands for it.
+    static constexpr char digits[] = "0123456789ABCDEF";
+    const QByteArray native = NativePath::encode(path);
+    QByteArray url = native.startsWith('/') ? QByteArray("file://") : QByteArray("file:");
+    url.reserve(url.size() + native.size() * 3);
+    for (const char c : native) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (keptLiterallyInURL(byte)) {
+            url.append(c);
+        } else {
+            url.append('%');
+            url.append(digits[byte >> 4]);
+            url.append(digits[byte & 0xF]);
+        }
+    }
+    return QString::fromLatin1(url);
 }
 
 QString PathText::pathFromFileURLString(const QString& url)
@@ -216,7 +251,13 @@ QString PathText::pathFromFileURLString(const QString& url)
     const QUrl parsed(url, QUrl::StrictMode);
     if (!parsed.isValid() || !parsed.isLocalFile())
         return {};
-    return parsed.toLocalFile();
+    // Percent escapes stand for bytes of the native name, so they are decoded to bytes and the
+    // bytes to text as a name read from the disk is.
+    QString path = NativePath::decode(QByteArray::fromPercentEncoding(parsed.path(QUrl::FullyEncoded).toLatin1()));
+    if (const QString host = parsed.host(); !host.isEmpty())
+        path =
+            QStringLiteral("//") + host + (path.startsWith(QLatin1Char('/')) ? QString() : QStringLiteral("/")) + path;
+    return path;
 }
 
 } // namespace kestrow
