@@ -6,6 +6,9 @@
 #include <QFile>
 #include <QUrl>
 
+#include <array>
+#include <string_view>
+
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -212,13 +215,16 @@ namespace {
 
 // What a file URL's path keeps as it stands: unreserved characters, sub-delimiters, ":", "@",
 // "/", "[" and "]". Everything else, every byte above 0x7F included, is percent-encoded.
-bool keptLiterallyInURL(unsigned char byte)
-{
-    if ((byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || (byte >= '0' && byte <= '9'))
-        return true;
-    static const QByteArray kept("-._~!$&'()*+,;=:@/[]");
-    return kept.contains(static_cast<char>(byte));
-}
+constexpr std::array<bool, 256> keptLiterallyInURL = [] {
+    std::array<bool, 256> kept{};
+    for (const char c : std::string_view("-._~!$&'()*+,;=:@/[]"))
+        kept[static_cast<unsigned char>(c)] = true;
+    for (int c = '0'; c <= '9'; ++c)
+        kept[c] = true;
+    for (int c = 'a'; c <= 'z'; ++c)
+        kept[c] = kept[c - 'a' + 'A'] = true;
+    return kept;
+}();
 
 } // namespace
 
@@ -235,7 +241,7 @@ QString PathText::fileURLString(const QString& path)
     url.reserve(url.size() + native.size() * 3);
     for (const char c : native) {
         const auto byte = static_cast<unsigned char>(c);
-        if (keptLiterallyInURL(byte)) {
+        if (keptLiterallyInURL[byte]) {
             url.append(c);
         } else {
             url.append('%');
