@@ -69,7 +69,7 @@ int runCheck(const CheckOptions& options)
 
     std::vector<CheckOutcome> outcomes;
     for (const std::string& given : options.paths) {
-        CheckOutcome outcome{.path = QString::fromStdString(given)};
+        CheckOutcome outcome{.path = pathArgument(given)};
         try {
             SandboxValidator::validate(outcome.path, home);
         } catch (const SandboxSecurityError& error) {

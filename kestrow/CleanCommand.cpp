@@ -4,8 +4,6 @@
 
 #include "support/PathText.h"
 
-#include <QDir>
-
 namespace kestrow::cli {
 
 namespace {
@@ -25,7 +23,7 @@ QStringList targetPaths(const std::vector<std::string>& given, const QString& ho
 {
     QStringList paths;
     for (const std::string& text : given)
-        paths.append(QDir::current().absoluteFilePath(PathText::expandingTilde(QString::fromStdString(text), home)));
+        paths.append(absoluteFromWorkingFolder(PathText::expandingTilde(pathArgument(text), home)));
     return paths;
 }
 

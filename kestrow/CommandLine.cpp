@@ -1,9 +1,17 @@
 #include "CommandLine.h"
 
-#include <QDir>
-#include <QFileInfo>
+#include "platform/FileManager.h"
+#include "platform/NativePath.h"
+#include "support/KestrowError.h"
+#include "support/PathText.h"
 
+#include <QDir>
+
+#include <cerrno>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
 #include <unistd.h>
 
 namespace kestrow::cli {
@@ -38,10 +46,14 @@ int CommandLine::run(int argc, char** argv)
         m_app.exit(e);
         return exitUsage;
     } catch (const UsageError& e) {
-        printError(QStringLiteral("kestrow: ") + QString::fromStdString(e.what()));
+        // Messages may quote an argument's bytes as they were given.
+        printError(QStringLiteral("kestrow: ") + NativePath::decode(e.what()));
         return exitUsage;
+    } catch (const KestrowError& e) {
+        printError(QStringLiteral("kestrow: ") + e.description());
+        return exitFailure;
     } catch (const std::exception& e) {
-        printError(QStringLiteral("kestrow: ") + QString::fromStdString(e.what()));
+        printError(QStringLiteral("kestrow: ") + NativePath::decode(e.what()));
         return exitFailure;
     }
     return m_exitCode;
@@ -60,20 +72,39 @@ void addJsonFlag(CLI::App* command, bool& json)
 
 QString resolveHome(const std::string& option)
 {
-    if (option.empty())
-        return QDir::homePath();
-    const QString given = QString::fromStdString(option);
-    const QFileInfo info(given);
-    if (!info.exists())
+    if (option.empty()) {
+        // As QDir::homePath has it, but with the bytes of HOME kept.
+        const QByteArray home = qgetenv("HOME");
+        return home.isEmpty() ? QDir::rootPath() : PathText::removingDotComponents(NativePath::decode(home));
+    }
+    const QString home = PathText::removingDotComponents(absoluteFromWorkingFolder(pathArgument(option)));
+    bool isDirectory = false;
+    if (!FileManager().fileExists(home, &isDirectory))
         throw UsageError("--home " + option + ": no such folder; give an existing folder.");
-    if (!info.isDir())
+    if (!isDirectory)
         throw UsageError("--home " + option + ": not a folder; give an existing folder.");
-    return QDir::cleanPath(info.absoluteFilePath());
+    return home;
+}
+
+QString pathArgument(const std::string& argument)
+{
+    return NativePath::decode(argument.data(), static_cast<qsizetype>(argument.size()));
+}
+
+QString absoluteFromWorkingFolder(const QString& path)
+{
+    if (path.startsWith(QLatin1Char('/')))
+        return path;
+    const std::unique_ptr<char, decltype(&std::free)> folder(::getcwd(nullptr, 0), &std::free);
+    if (!folder)
+        throw std::runtime_error(std::string("the working folder cannot be read (") + std::strerror(errno) +
+                                 "); give absolute paths.");
+    return PathText::appending(NativePath::decode(folder.get()), path);
 }
 
 void printOut(const QString& text)
 {
-    printOut(text.toUtf8());
+    printOut(NativePath::displayText(text).toUtf8());
 }
 
 void printOut(const QByteArray& bytes)
@@ -83,7 +114,7 @@ void printOut(const QByteArray& bytes)
 
 void printError(const QString& text)
 {
-    const QByteArray bytes = text.toUtf8() + '\n';
+    const QByteArray bytes = NativePath::displayText(text).toUtf8() + '\n';
     std::fflush(stdout);
     std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), stderr);
 }

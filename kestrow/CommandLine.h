@@ -37,12 +37,22 @@ private:
 // Options most commands share.
 void addHomeOption(CLI::App* command, std::string& home);
 void addJsonFlag(CLI::App* command, bool& json);
-// The home to work on: the option's value if given (made absolute), else the user's home.
+// The home to work on: the option's value if given (made absolute, dot components removed),
+// else the user's home. The folder must exist.
 [[nodiscard]] QString resolveHome(const std::string& option);
 
-void printOut(const QString& text); // standard output, UTF-8, as given
+// An argument that names a file, as the lossless text of its bytes (NativePath): a name that
+// is not valid UTF-8 still names that file and no other.
+[[nodiscard]] QString pathArgument(const std::string& argument);
+// `path` taken against the working folder when it is relative, the folder's own bytes kept;
+// otherwise as it stands. Nothing else in the text changes.
+[[nodiscard]] QString absoluteFromWorkingFolder(const QString& path);
+
+// Text for people goes out as UTF-8, each raw byte of a name shown as "\xHH"
+// (NativePath::displayText). JSON goes out as the bytes given.
+void printOut(const QString& text);
 void printOut(const QByteArray& bytes);
-void printError(const QString& text); // standard error, a newline added
+void printError(const QString& text); // a newline added
 [[nodiscard]] bool standardErrorIsTerminal();
 [[nodiscard]] bool standardInputIsTerminal();
 

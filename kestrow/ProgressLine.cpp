@@ -2,6 +2,8 @@
 
 #include "CommandLine.h"
 
+#include "platform/NativePath.h"
+
 #include <cstdio>
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -40,7 +42,13 @@ void ProgressLine::update(const QString& text)
     m_lastDraw = now;
     m_shown = true;
     const int width = terminalWidth() - 1;
-    QString line = text.size() > width ? text.left(width - 1) + QChar(0x2026) : text;
+    const QString shown = NativePath::displayText(text);
+    QString line = shown;
+    if (shown.size() > width) {
+        // Cut before a whole character: half a surrogate pair would print as "?".
+        const qsizetype kept = shown.at(width - 2).isHighSurrogate() ? width - 2 : width - 1;
+        line = shown.left(kept) + QChar(0x2026);
+    }
     const QByteArray bytes = "\r\x1b[K" + line.toUtf8();
     std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), stderr);
     std::fflush(stderr);

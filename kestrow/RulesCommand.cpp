@@ -108,7 +108,7 @@ int runAdd(const RulesOptions& options)
     const auto registry = loadUserRulesToChange(options.home);
     QStringList patterns;
     for (const std::string& pattern : options.patterns)
-        patterns.append(QString::fromStdString(pattern));
+        patterns.append(pathArgument(pattern));
     const QDateTime now = QDateTime::currentDateTimeUtc();
     const RuleDefinition rule{
         .id = QString::fromStdString(options.id),

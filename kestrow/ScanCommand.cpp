@@ -4,13 +4,13 @@
 #include "ProgressLine.h"
 #include "RulesCommand.h"
 
+#include "platform/NativePath.h"
 #include "platform/SystemSource.h"
 #include "scan/DeepScanEngine.h"
 #include "scan/ScanTargetFilter.h"
 #include "support/ByteCountFormatter.h"
 #include "support/JsonWriter.h"
 
-#include <QFileInfo>
 #include <QStringList>
 
 #include <algorithm>
@@ -71,10 +71,10 @@ QStringList exclusions(const std::vector<std::string>& given)
 {
     QStringList paths;
     for (const std::string& text : given) {
-        const QString path = QString::fromStdString(text).trimmed();
+        const QString path = pathArgument(text).trimmed();
         const bool keepsItsForm = path.isEmpty() || path.startsWith(QLatin1Char('/')) || path == QLatin1String("~") ||
                                   path.startsWith(QLatin1String("~/"));
-        paths.append(keepsItsForm ? path : QFileInfo(path).absoluteFilePath());
+        paths.append(keepsItsForm ? path : absoluteFromWorkingFolder(path));
     }
     return paths;
 }
@@ -129,9 +129,10 @@ std::shared_ptr<ThermalGovernor> makeGovernor(bool paced)
     return governor;
 }
 
+// Padded as shown: a raw byte of a name takes four columns ("\xE9").
 QString padded(const QString& text, int width)
 {
-    return text.leftJustified(width, QLatin1Char(' '));
+    return NativePath::displayText(text).leftJustified(width, QLatin1Char(' '));
 }
 
 QString table(const ScanResult& result)

@@ -2,7 +2,7 @@
 
 #ifdef __APPLE__
 
-#include <QFile>
+#include "platform/NativePath.h"
 
 #include <CoreFoundation/CoreFoundation.h>
 #include <IOKit/ps/IOPowerSources.h>
@@ -122,7 +122,7 @@ std::optional<MemoryPageCounts> MacSystemSource::memoryPageCounts() const
 
 std::optional<VolumeCapacities> MacSystemSource::volumeCapacities(const QString& volumePath) const
 {
-    const QByteArray path = QFile::encodeName(volumePath);
+    const QByteArray path = NativePath::encode(volumePath);
     const CFOwned url(CFURLCreateFromFileSystemRepresentation(
         kCFAllocatorDefault, reinterpret_cast<const UInt8*>(path.constData()), path.size(), true));
     if (!url.get())
@@ -155,7 +155,7 @@ std::optional<std::int64_t> MacSystemSource::volumeSpaceUsed(const QString& volu
     request.bitmapcount = ATTR_BIT_MAP_COUNT;
     request.volattr = ATTR_VOL_INFO | ATTR_VOL_SPACEUSED;
     SpaceUsedReply reply{};
-    if (getattrlist(QFile::encodeName(volumePath).constData(), &request, &reply, sizeof reply, 0) != 0)
+    if (getattrlist(NativePath::encode(volumePath).constData(), &request, &reply, sizeof reply, 0) != 0)
         return std::nullopt;
     return static_cast<std::int64_t>(reply.spaceUsed);
 }

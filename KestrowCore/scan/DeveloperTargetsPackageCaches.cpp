@@ -1,6 +1,7 @@
 // The package manager, build tool and git worktree sub-scans of DeveloperTargets.
 #include "scan/DeveloperTargets.h"
 
+#include "platform/NativePath.h"
 #include "support/PathText.h"
 
 #include <QFile>
@@ -8,6 +9,7 @@
 #include <QStringDecoder>
 
 #include <algorithm>
+#include <fcntl.h>
 #include <initializer_list>
 
 namespace kestrow {
@@ -155,8 +157,10 @@ std::optional<QString> readMarker(const FileManager& fileManager, const QString&
     const std::optional<FileStatus> status = fileManager.status(path, true);
     if (!status || !status->isRegularFile())
         return std::nullopt;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    // Opened by the name's own bytes: QFile would open a lossy spelling of it, another file.
+    const UniqueFd fd(fileManager.systemCalls().openAt(AT_FDCWD, NativePath::encode(path).constData(), O_RDONLY));
+    QFile file;
+    if (!fd.isOpen() || !file.open(fd.get(), QIODevice::ReadOnly))
         return std::nullopt;
     const QByteArray bytes = file.readAll();
     if (file.error() != QFileDevice::NoError)

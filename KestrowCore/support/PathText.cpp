@@ -1,9 +1,13 @@
 #include "support/PathText.h"
 
 #include "platform/LinkResolver.h"
+#include "platform/NativePath.h"
 
 #include <QDir>
 #include <QUrl>
+
+#include <array>
+#include <string_view>
 
 namespace kestrow {
 
@@ -132,9 +136,45 @@ QString PathText::parent(const QString& path)
     return trimmed.left(slash);
 }
 
+namespace {
+
+// What a file URL's path keeps as it stands: unreserved characters, sub-delimiters, ":", "@",
+// "/", "[" and "]". Everything else, every byte above 0x7F included, is percent-encoded.
+constexpr std::array<bool, 256> keptLiterallyInURL = [] {
+    std::array<bool, 256> kept{};
+    for (const char c : std::string_view("-._~!$&'()*+,;=:@/[]"))
+        kept[static_cast<unsigned char>(c)] = true;
+    for (int c = '0'; c <= '9'; ++c)
+        kept[c] = true;
+    for (int c = 'a'; c <= 'z'; ++c)
+        kept[c] = kept[c - 'a' + 'A'] = true;
+    return kept;
+}();
+
+} // namespace
+
 QString PathText::fileURLString(const QString& path)
 {
-    return QString::fromUtf8(QUrl::fromLocalFile(path).toEncoded());
+    if (path.isEmpty())
+        return {};
+    // The native bytes, each one outside the set a file URL's path keeps literally written as
+    // "%HH". Valid UTF-8 comes out as QUrl writes it; a raw byte comes out as itself, not as
+    // the UTF-8 of the character that stands for it.
+    static constexpr char digits[] = "0123456789ABCDEF";
+    const QByteArray native = NativePath::encode(path);
+    QByteArray url = native.startsWith('/') ? QByteArray("file://") : QByteArray("file:");
+    url.reserve(url.size() + native.size() * 3);
+    for (const char c : native) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (keptLiterallyInURL[byte]) {
+            url.append(c);
+        } else {
+            url.append('%');
+            url.append(digits[byte >> 4]);
+            url.append(digits[byte & 0xF]);
+        }
+    }
+    return QString::fromLatin1(url);
 }
 
 QString PathText::pathFromFileURLString(const QString& url)
@@ -142,7 +182,13 @@ QString PathText::pathFromFileURLString(const QString& url)
     const QUrl parsed(url, QUrl::StrictMode);
     if (!parsed.isValid() || !parsed.isLocalFile())
         return {};
-    return parsed.toLocalFile();
+    // Percent escapes stand for bytes of the native name, so they are decoded to bytes and the
+    // bytes to text as a name read from the disk is.
+    QString path = NativePath::decode(QByteArray::fromPercentEncoding(parsed.path(QUrl::FullyEncoded).toLatin1()));
+    if (const QString host = parsed.host(); !host.isEmpty())
+        path =
+            QStringLiteral("//") + host + (path.startsWith(QLatin1Char('/')) ? QString() : QStringLiteral("/")) + path;
+    return path;
 }
 
 } // namespace kestrow

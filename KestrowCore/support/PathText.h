@@ -33,9 +33,13 @@ public:
     // dot opens the name (".bashrc").
     [[nodiscard]] static QString pathExtension(const QString& path);
     [[nodiscard]] static QString parent(const QString& path);
-    // Absolute file URL text, percent-encoded, as records carry it in JSON.
+    // Absolute file URL text, as records carry it in JSON: "file://" and the path's native
+    // bytes, each byte that a URL path does not keep as it stands written "%HH" (a name's raw
+    // byte 0xE9 as "%E9"). For a path of valid UTF-8 this is the text QUrl gives. The empty
+    // string stays empty.
     [[nodiscard]] static QString fileURLString(const QString& path);
-    // The path of an absolute file URL text; empty when it is not one.
+    // The path of an absolute file URL text, its percent escapes taken as native bytes (the
+    // reverse of `fileURLString`); empty when it is not one.
     [[nodiscard]] static QString pathFromFileURLString(const QString& url);
 };
 

@@ -1,5 +1,7 @@
 #include "TestHome.h"
 
+#include "platform/FileManager.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -59,6 +61,8 @@ TestHome::~TestHome()
     restoreVariable("XDG_CONFIG_HOME", m_savedConfig);
     restoreVariable("XDG_CACHE_HOME", m_savedCache);
     unlockTree(m_path);
+    // QTemporaryDir would pass over names that are not UTF-8; removal by native bytes does not.
+    (void)FileManager().removeItem(m_path);
 }
 
 QString TestHome::path(const QString& relative) const
