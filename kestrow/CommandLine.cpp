@@ -2,6 +2,7 @@
 
 #include "platform/FileManager.h"
 #include "platform/NativePath.h"
+#include "platform/ProcessFolders.h"
 #include "support/KestrowError.h"
 #include "support/PathText.h"
 
@@ -73,9 +74,7 @@ void addJsonFlag(CLI::App* command, bool& json)
 QString resolveHome(const std::string& option)
 {
     if (option.empty()) {
-        // As QDir::homePath has it, but with the bytes of HOME kept.
-        const QByteArray home = qgetenv("HOME");
-        return home.isEmpty() ? QDir::rootPath() : PathText::removingDotComponents(NativePath::decode(home));
+        return PathText::removingDotComponents(ProcessFolders::home());
     }
     const QString home = PathText::removingDotComponents(absoluteFromWorkingFolder(pathArgument(option)));
     bool isDirectory = false;
@@ -95,11 +94,11 @@ QString absoluteFromWorkingFolder(const QString& path)
 {
     if (path.startsWith(QLatin1Char('/')))
         return path;
-    const std::unique_ptr<char, decltype(&std::free)> folder(::getcwd(nullptr, 0), &std::free);
+    const std::optional<QString> folder = ProcessFolders::workingFolder();
     if (!folder)
         throw std::runtime_error(std::string("the working folder cannot be read (") + std::strerror(errno) +
                                  "); give absolute paths.");
-    return PathText::appending(NativePath::decode(folder.get()), path);
+    return PathText::appending(*folder, path);
 }
 
 void printOut(const QString& text)

@@ -4,6 +4,7 @@
 #include "cleanup/AuditLineStream.h"
 #include "platform/NativePath.h"
 #include "platform/OpenedFolder.h"
+#include "platform/ProcessFolders.h"
 #include "storage/DiscoveredItem.h"
 #include "support/JsonDecoder.h"
 #include "support/JsonWriter.h"
@@ -11,7 +12,6 @@
 #include "support/TimeStamp.h"
 
 #include <QCryptographicHash>
-#include <QDir>
 
 #include <algorithm>
 #include <cerrno>
@@ -120,8 +120,8 @@ QString appendFailure(const LockedFile::AppendOutcome& outcome, qsizetype size)
 } // namespace
 
 AuditLogger::AuditLogger(Options options)
-    : m_logFileURL(
-          options.logFileURL.value_or(defaultLogFile(options.homeURL.isEmpty() ? QDir::homePath() : options.homeURL)))
+    : m_logFileURL(options.logFileURL.value_or(
+          defaultLogFile(options.homeURL.isEmpty() ? ProcessFolders::home() : options.homeURL)))
     , m_fileManager(options.fileManager ? std::move(options.fileManager) : std::make_shared<FileManager>())
 {
 }

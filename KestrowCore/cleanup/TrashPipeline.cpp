@@ -1,11 +1,11 @@
 #include "cleanup/TrashPipeline.h"
 
 #include "platform/LinkResolver.h"
+#include "platform/ProcessFolders.h"
 #include "safety/SandboxValidator.h"
 #include "support/PathText.h"
 
 #include <QDateTime>
-#include <QDir>
 #include <QUuid>
 
 #include <cerrno>
@@ -75,7 +75,7 @@ TrashItemRecord makeRecord(const QString& path, const MeasuredMetrics& metrics, 
 TrashPipeline::TrashPipeline(Options options)
     : m_fileManager(options.fileManager ? std::move(options.fileManager) : std::make_shared<FileManager>())
     , m_auditLogger(std::move(options.auditLogger))
-    , m_homeURL(options.homeURL.isEmpty() ? QDir::homePath() : std::move(options.homeURL))
+    , m_homeURL(options.homeURL.isEmpty() ? ProcessFolders::home() : std::move(options.homeURL))
     , m_onAuditFailure(std::move(options.onAuditFailure))
 {
 }

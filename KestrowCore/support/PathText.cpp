@@ -2,6 +2,7 @@
 
 #include "platform/LinkResolver.h"
 #include "platform/NativePath.h"
+#include "platform/ProcessFolders.h"
 
 #include <QDir>
 #include <QUrl>
@@ -78,7 +79,11 @@ QString PathText::standardizedLocation(const QString& path)
 
 QString PathText::absolute(const QString& path)
 {
-    return path.startsWith(QLatin1Char('/')) ? path : appending(QDir::currentPath(), path);
+    if (path.startsWith(QLatin1Char('/')))
+        return path;
+    // A working folder that cannot be read leaves the text relative, as the system would fail it.
+    const std::optional<QString> folder = ProcessFolders::workingFolder();
+    return folder ? appending(*folder, path) : path;
 }
 
 QString PathText::expandingTilde(const QString& path, const QString& home)

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace kestrow {
+
+// The process's own places, with the bytes of their names kept (see NativePath).
+class ProcessFolders {
+public:
+    // The user's home: HOME as it is set, else "/" (as the platform's home lookup has it).
+    [[nodiscard]] static QString home();
+    // The working folder, or nothing when it cannot be read (it was removed, or a folder
+    // above it refuses).
+    [[nodiscard]] static std::optional<QString> workingFolder();
+};
+
+} // namespace kestrow
