@@ -1,8 +1,11 @@
 #include "platform/FileManager.h"
 
+#include "platform/DirectoryStream.h"
 #include "platform/FreedesktopTrash.h"
 #include "platform/NativePath.h"
 #include "platform/TrashError.h"
+#include "platform/TreeRemover.h"
+#include "platform/TreeWalker.h"
 
 #include <QFile>
 
@@ -10,10 +13,8 @@
 #include <cerrno>
 #include <dirent.h>
 #include <fcntl.h>
-#include <string>
+#include <string_view>
 #include <sys/stat.h>
-#include <system_error>
-#include <unistd.h>
 
 namespace kestrow {
 
@@ -49,138 +50,50 @@ FileStatus toStatus(const struct stat& info)
     return status;
 }
 
-int openDirectoryAt(int parent, const char* name)
-{
-    int fd;
-    do {
-        fd = ::openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-    } while (fd < 0 && errno == EINTR);
-    return fd;
-}
-
-// Depth-first walk over directory descriptors: one openat per folder, one fstatat per entry
-// whose type the directory listing does not already settle. The path text is kept only to
-// name unreadable folders.
-class Walker {
+// Hands what the walker meets to a WalkSink: regular files with their status (one statAt
+// each; a link, a socket or a device needs none), folders that could not be read, mount points.
+class SinkVisitor final : public TreeWalker::Visitor {
 public:
-    Walker(WalkSink& sink, std::stop_token stop)
-        : m_sink(sink)
-        , m_stop(std::move(stop))
+    SinkVisitor(const SystemCalls& calls, WalkSink& sink)
+        : m_calls(calls)
+        , m_sink(sink)
     {
     }
 
-    void walkDirectory(int fd, std::string& path)
+    bool entry(int folder, std::string_view, const char* name, unsigned char type, const FileStatus* status) override
     {
-        DIR* directory = ::fdopendir(fd);
-        if (!directory) {
-            ::close(fd);
-            return;
+        FileStatus taken;
+        if (!status) {
+            if (type != DT_REG && type != DT_UNKNOWN)
+                return true;
+            // A file that vanished between listing and stat is skipped.
+            if (m_calls.statAt(folder, name, AT_SYMLINK_NOFOLLOW, taken) != 0)
+                return true;
+            status = &taken;
         }
-        const int dirFd = ::dirfd(directory);
-        errno = 0;
-        while (const dirent* entry = ::readdir(directory)) {
-            const char* name = entry->d_name;
-            if (name[0] == '.' && (name[1] == 0 || (name[1] == '.' && name[2] == 0)))
-                continue;
-            if (entry->d_type == DT_LNK)
-                continue; // links count for nothing and are never entered
-            if (entry->d_type == DT_DIR) {
-                descend(dirFd, name, path);
-            } else {
-                struct stat info;
-                if (::fstatat(dirFd, name, &info, AT_SYMLINK_NOFOLLOW) == 0) {
-                    if (S_ISREG(info.st_mode))
-                        m_sink.regularFile(toStatus(info));
-                    else if (S_ISDIR(info.st_mode))
-                        descend(dirFd, name, path); // file systems that give no type in listings
-                }
-                // A file that vanished between listing and stat is skipped.
-            }
-            if (m_stop.stop_requested()) {
-                ::closedir(directory);
-                return;
-            }
-            errno = 0;
-        }
-        if (errno != 0 && errno != ENOENT)
-            m_sink.unreadableDirectory(NativePath::decode(QByteArray::fromStdString(path)), errno);
-        ::closedir(directory);
+        if (status->isRegularFile())
+            m_sink.regularFile(*status);
+        return true;
     }
 
-    void descend(int parentFd, const char* name, std::string& path)
+    bool leftFolder(int, const char*, std::string_view) override { return true; }
+
+    bool unreadableFolder(std::string_view path, int errorCode) override
     {
-        const size_t mark = path.size();
-        path.push_back('/');
-        path.append(name);
-        const int child = openDirectoryAt(parentFd, name);
-        if (child >= 0)
-            walkDirectory(child, path);
-        else if (errno != ENOENT && errno != ELOOP && errno != ENOTDIR)
-            m_sink.unreadableDirectory(NativePath::decode(QByteArray::fromStdString(path)), errno);
-        path.resize(mark);
+        m_sink.unreadableDirectory(NativePath::decode(path.data(), static_cast<qsizetype>(path.size())), errorCode);
+        return true;
+    }
+
+    bool mountPoint(std::string_view path) override
+    {
+        m_sink.mountPoint(NativePath::decode(path.data(), static_cast<qsizetype>(path.size())));
+        return true;
     }
 
 private:
+    const SystemCalls& m_calls;
     WalkSink& m_sink;
-    std::stop_token m_stop;
 };
-
-// Deletes what the open folder `fd` holds, depth first, without following links. Returns 0,
-// or the errno of the first entry that would not go, with its path in `failedPath`.
-int removeContents(int fd, std::string& path, std::string& failedPath)
-{
-    DIR* directory = ::fdopendir(fd);
-    if (!directory) {
-        const int error = errno;
-        ::close(fd);
-        failedPath = path;
-        return error;
-    }
-    const int dirFd = ::dirfd(directory);
-    int error = 0;
-    // Some file systems skip entries when a folder changes while it is read, so the folder is
-    // read again until a pass finds nothing left.
-    bool removedAny = true;
-    while (error == 0 && removedAny) {
-        removedAny = false;
-        ::rewinddir(directory);
-        errno = 0;
-        while (const dirent* entry = ::readdir(directory)) {
-            const char* name = entry->d_name;
-            if (name[0] == '.' && (name[1] == 0 || (name[1] == '.' && name[2] == 0)))
-                continue;
-            bool isDirectory = entry->d_type == DT_DIR;
-            if (entry->d_type == DT_UNKNOWN) {
-                struct stat info;
-                isDirectory = ::fstatat(dirFd, name, &info, AT_SYMLINK_NOFOLLOW) == 0 && S_ISDIR(info.st_mode);
-            }
-            const size_t mark = path.size();
-            path.push_back('/');
-            path.append(name);
-            if (isDirectory) {
-                const int child = openDirectoryAt(dirFd, name);
-                error = child < 0 ? errno : removeContents(child, path, failedPath);
-            }
-            // Something that vanished meanwhile is gone already.
-            if (error == 0 && ::unlinkat(dirFd, name, isDirectory ? AT_REMOVEDIR : 0) != 0 && errno != ENOENT)
-                error = errno;
-            if (error != 0) {
-                if (failedPath.empty())
-                    failedPath = path;
-                break;
-            }
-            removedAny = true;
-            path.resize(mark);
-            errno = 0;
-        }
-        if (error == 0 && errno != 0) {
-            error = errno;
-            failedPath = path;
-        }
-    }
-    ::closedir(directory);
-    return error;
-}
 
 } // namespace
 
@@ -267,33 +180,27 @@ bool FileManager::fileExists(const QString& path, bool* isDirectory) const
 DirectoryListing FileManager::contentsOfDirectory(const QString& path, bool skipHidden) const
 {
     DirectoryListing listing;
-    DIR* directory = ::opendir(NativePath::encode(path).constData());
-    if (!directory) {
+    DirectoryStream directory(
+        UniqueFd(m_systemCalls->openAt(AT_FDCWD, NativePath::encode(path).constData(), O_RDONLY | O_DIRECTORY)));
+    if (!directory.isOpen()) {
         listing.errorCode = errno;
         return listing;
     }
-    const int dirFd = ::dirfd(directory);
-    errno = 0;
-    while (const dirent* entry = ::readdir(directory)) {
+    int error = 0;
+    while (const dirent* entry = directory.next(error)) {
         const char* name = entry->d_name;
-        if (name[0] == '.' && (skipHidden || name[1] == 0 || (name[1] == '.' && name[2] == 0))) {
-            errno = 0;
+        if (skipHidden && name[0] == '.')
             continue;
-        }
         DirectoryEntry item{NativePath::decode(name), entry->d_type == DT_DIR, entry->d_type == DT_LNK};
-        if (entry->d_type == DT_UNKNOWN) {
-            struct stat info;
-            if (::fstatat(dirFd, name, &info, AT_SYMLINK_NOFOLLOW) == 0) {
-                item.isDirectory = S_ISDIR(info.st_mode);
-                item.isSymbolicLink = S_ISLNK(info.st_mode);
-            }
+        FileStatus status;
+        if (entry->d_type == DT_UNKNOWN &&
+            m_systemCalls->statAt(directory.fd(), name, AT_SYMLINK_NOFOLLOW, status) == 0) {
+            item.isDirectory = status.isDirectory();
+            item.isSymbolicLink = status.isSymbolicLink();
         }
         listing.entries.push_back(std::move(item));
-        errno = 0;
     }
-    if (errno != 0)
-        listing.errorCode = errno;
-    ::closedir(directory);
+    listing.errorCode = error;
     std::sort(listing.entries.begin(), listing.entries.end(),
               [](const DirectoryEntry& a, const DirectoryEntry& b) { return a.name < b.name; });
     return listing;
@@ -301,17 +208,17 @@ DirectoryListing FileManager::contentsOfDirectory(const QString& path, bool skip
 
 void FileManager::walk(const QString& root, WalkSink& sink, std::stop_token stop) const
 {
-    std::string path = NativePath::encode(root).toStdString();
-    int fd;
-    do {
-        // The root itself may be reached through a link, as an ordinary open would.
-        fd = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    } while (fd < 0 && errno == EINTR);
-    if (fd < 0) {
+    QByteArray native = NativePath::encode(root);
+    while (native.size() > 1 && native.endsWith('/'))
+        native.chop(1); // "link/" would lead through the link
+    // The root itself is never reached through a link: a link is measured as what it is.
+    UniqueFd folder(m_systemCalls->openAt(AT_FDCWD, native.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW));
+    if (!folder.isOpen()) {
         sink.unreadableDirectory(root, errno);
         return;
     }
-    Walker(sink, std::move(stop)).walkDirectory(fd, path);
+    SinkVisitor visitor(*m_systemCalls, sink);
+    TreeWalker(*m_systemCalls, visitor, std::move(stop)).walk(std::move(folder), native.toStdString());
 }
 
 FileOperationResult FileManager::trashItem(const QString& path) const
@@ -328,34 +235,33 @@ FileOperationResult FileManager::trashItem(const QString& path) const
 
 FileOperationResult FileManager::removeItem(const QString& path) const
 {
-    std::string native = NativePath::encode(path).toStdString();
-    std::string failedPath;
-    int error = 0;
-    struct stat info;
-    if (::lstat(native.c_str(), &info) != 0) {
-        error = errno;
-    } else if (S_ISDIR(info.st_mode)) {
-        int fd;
-        do {
-            fd = ::open(native.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-        } while (fd < 0 && errno == EINTR);
-        error = fd < 0 ? errno : removeContents(fd, native, failedPath);
-        if (error == 0 && ::rmdir(native.c_str()) != 0)
-            error = errno;
-    } else if (::unlink(native.c_str()) != 0) {
-        error = errno;
-    }
-    if (error == 0)
-        return {true, std::nullopt, {}};
-    const QString failed = failedPath.empty() ? path : NativePath::decode(QByteArray::fromStdString(failedPath));
-    return {false, std::nullopt,
-            QStringLiteral("Could not remove \u201c%1\u201d: %2")
-                .arg(failed, QString::fromStdString(std::generic_category().message(error)))};
+    const AnchorOutcome anchored = anchor(path);
+    if (!anchored.item)
+        return TreeRemover::failure(path, anchored.errorCode);
+    return removeItem(*anchored.item);
 }
 
 void FileManager::walk(const AnchoredItem& item, WalkSink& sink, std::stop_token stop) const
 {
-    walk(item.path, sink, std::move(stop));
+    int error = verifyAnchored(item);
+    UniqueFd folder;
+    FileStatus status;
+    if (error == 0) {
+        // The item itself may be a mount point; the walk stays on whatever is mounted there.
+        folder = UniqueFd(
+            m_systemCalls->openAt(item.parent.get(), item.name.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW));
+        if (!folder.isOpen() || m_systemCalls->statAt(folder.get(), "", AT_EMPTY_PATH, status) != 0)
+            error = errno;
+        else if (!status.isSameObject(item.status))
+            error = ESTALE;
+    }
+    if (error != 0) {
+        sink.unreadableDirectory(item.path, error);
+        return;
+    }
+    SinkVisitor visitor(*m_systemCalls, sink);
+    TreeWalker(*m_systemCalls, visitor, std::move(stop))
+        .walk(std::move(folder), NativePath::encode(item.path).toStdString(), &status);
 }
 
 FileOperationResult FileManager::trashItem(const AnchoredItem& item) const
@@ -377,7 +283,7 @@ FileOperationResult FileManager::trashItem(const AnchoredItem& item) const
 
 FileOperationResult FileManager::removeItem(const AnchoredItem& item) const
 {
-    return removeItem(item.path);
+    return TreeRemover(*this).remove(item);
 }
 
 FileManager::RegularFileRead FileManager::readRegularFile(const QString& path, qsizetype maxBytes,

@@ -89,21 +89,25 @@ public:
     [[nodiscard]] virtual bool fileExists(const QString& path, bool* isDirectory = nullptr) const;
     // One level, sorted by name; hidden entries (leading ".") left out when `skipHidden`.
     [[nodiscard]] virtual DirectoryListing contentsOfDirectory(const QString& path, bool skipHidden) const;
-    // Every regular file below `root`, hidden ones included, never entering a symbolic link.
-    // Stops early, quietly, when `stop` is requested.
+    // Every regular file below `root`, hidden ones included, never entering a symbolic link,
+    // the root included (a link there is reported as an unreadable root); other mounts below
+    // are entered. However deep the tree, a bounded number of folders is held open. Stops
+    // early, quietly, when `stop` is requested.
     virtual void walk(const QString& root, WalkSink& sink, std::stop_token stop = {}) const;
     // Moves the item (a link itself, never what it leads to) to the user's Trash, from where
     // the desktop can put it back: the freedesktop.org Trash on Linux, the Finder's on macOS.
     // Never deletes instead; an item that cannot go stays where it is, and the description says
     // what went wrong and where. The path is anchored first, so a link among its folders fails.
     [[nodiscard]] virtual FileOperationResult trashItem(const QString& path) const;
-    // Deletes the item for good, a folder with all it holds; links are removed, not followed.
-    // Stops at the first thing that cannot go and names it.
+    // Deletes the item for good, a folder with all it holds: anchors `path` and removes the
+    // anchored item as below. A path that cannot be anchored fails with the system's text.
     [[nodiscard]] virtual FileOperationResult removeItem(const QString& path) const;
 
     // The same, on an anchored item: each first checks that the name still holds the anchored
     // object and fails the item otherwise. The walk stays on the item's mount and reports the
-    // mount points it meets; the removal never crosses one and fails on meeting it.
+    // mount points it meets. The removal takes a link itself, never what it leads to, and
+    // never crosses a mount: an item that is a mount point or holds one anywhere below is
+    // left untouched. It stops at the first thing that cannot go and names it.
     virtual void walk(const AnchoredItem& item, WalkSink& sink, std::stop_token stop = {}) const;
     [[nodiscard]] virtual FileOperationResult trashItem(const AnchoredItem& item) const;
     [[nodiscard]] virtual FileOperationResult removeItem(const AnchoredItem& item) const;

@@ -70,14 +70,20 @@ ItemMeasurer::ItemMeasurer(const FileManager& fileManager, PermissionErrorTest i
 
 MeasuredMetrics ItemMeasurer::measureItem(const QString& path, std::stop_token stop) const
 {
-    bool isDirectory = false;
-    if (!m_fileManager.fileExists(path, &isDirectory))
+    // The item itself, as the clean-up acts on it: "link/" names the entry "link" as much as
+    // "link" does, and a link is measured as the link, whatever it leads to.
+    QString item = path;
+    while (item.size() > 1 && item.endsWith(QLatin1Char('/')))
+        item.chop(1);
+    // Nothing there, a link that leads nowhere included, measures as nothing.
+    if (!m_fileManager.fileExists(item))
         return {};
-    if (!isDirectory)
-        return measureSingleFile(path);
+    const std::optional<FileStatus> status = m_fileManager.status(item);
+    if (!status || !status->isDirectory())
+        return measureSingleFile(item);
 
     MeasuringSink sink(m_isPermissionError);
-    m_fileManager.walk(path, sink, std::move(stop));
+    m_fileManager.walk(item, sink, std::move(stop));
     MeasuredMetrics metrics{
         .allocatedBytes = sink.allocatedBytes,
         .logicalBytes = sink.logicalBytes,
@@ -96,8 +102,8 @@ MeasuredMetrics ItemMeasurer::measureItem(const QString& path, std::stop_token s
 
 MeasuredMetrics ItemMeasurer::measureSingleFile(const QString& path) const
 {
-    // A link to a file is measured as the file, as an ordinary open would see it.
-    const std::optional<FileStatus> status = m_fileManager.status(path, true);
+    // A link is measured as itself: its own length and blocks, never its target's.
+    const std::optional<FileStatus> status = m_fileManager.status(path);
     if (!status)
         return MeasuredMetrics{.fileCount = 1};
     return MeasuredMetrics{

@@ -21,7 +21,10 @@ public:
 
     explicit ItemMeasurer(const FileManager& fileManager, PermissionErrorTest isPermissionError = {});
 
+    // Nothing there (a link leading nowhere included) measures as nothing; a folder as all it
+    // holds, at least one file; anything else, a link to a folder included, as itself alone.
     [[nodiscard]] MeasuredMetrics measureItem(const QString& path, std::stop_token stop = {}) const;
+    // Its own lstat: a link's length and blocks, never its target's.
     [[nodiscard]] MeasuredMetrics measureSingleFile(const QString& path) const;
 
 private:

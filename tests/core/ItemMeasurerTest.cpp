@@ -55,6 +55,22 @@ TEST(ItemMeasurer, EmptyMissingAndSingleFiles)
     EXPECT_EQ(file.logicalBytes, 12345);
     EXPECT_GE(file.allocatedBytes, 12288);
     EXPECT_TRUE(file.lastModifiedDate.has_value());
+
+    // A link is measured as the link, not as what it leads to; one leading nowhere as nothing.
+    home.writeFile(QStringLiteral("big/payload"), 1024 * 1024);
+    for (const QString& target : {QStringLiteral("big"), QStringLiteral("big/payload")}) {
+        const QString link =
+            home.makeSymbolicLink(QStringLiteral("link-to-") + QString::number(target.size()), home.path(target));
+        const FileStatus own = *fileManager.status(link);
+        for (const QString& named : {link, link + QLatin1Char('/')}) {
+            const MeasuredMetrics linked = measurer.measureItem(named);
+            EXPECT_EQ(linked.fileCount, 1);
+            EXPECT_EQ(linked.logicalBytes, own.size);
+            EXPECT_EQ(linked.allocatedBytes, own.allocatedSize);
+        }
+    }
+    home.makeSymbolicLink(QStringLiteral("dangling"), home.path(QStringLiteral("nowhere")));
+    EXPECT_EQ(measurer.measureItem(home.path(QStringLiteral("dangling"))), MeasuredMetrics{});
 }
 
 TEST(ItemMeasurer, UnreadableFoldersFlagFullDiskAccessOnlyWhenAsked)

@@ -1,0 +1,216 @@
+#include "platform/TreeWalker.h"
+
+#include <cerrno>
+#include <cstring>
+#include <dirent.h>
+#include <fcntl.h>
+
+namespace kestrow {
+
+namespace {
+
+constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW;
+
+bool isOtherMount(const FileStatus& folder, const FileStatus& mount)
+{
+    if (folder.isMountRoot)
+        return true;
+    // Without mount ids only another device gives a mount away; a bind mount of the same file
+    // system then goes unseen.
+    if (folder.mountId != 0 && mount.mountId != 0)
+        return folder.mountId != mount.mountId;
+    return folder.device != mount.device;
+}
+
+} // namespace
+
+TreeWalker::TreeWalker(const SystemCalls& calls, Visitor& visitor, std::stop_token stop)
+    : m_calls(calls)
+    , m_visitor(visitor)
+    , m_stop(std::move(stop))
+{
+}
+
+int TreeWalker::openFolder(int folder, const char* name, const FileStatus* mount)
+{
+    if (!mount)
+        return m_calls.openAt(folder, name, folderFlags);
+    if (m_constrainedOpens) {
+        const int fd = m_calls.openConstrained(folder, name, folderFlags,
+                                               SystemCalls::noSymbolicLinks | SystemCalls::noMountCrossing);
+        if (fd >= 0 || errno != ENOSYS)
+            return fd;
+        m_constrainedOpens = false;
+    }
+    UniqueFd fd(m_calls.openAt(folder, name, folderFlags));
+    if (!fd.isOpen())
+        return -1;
+    FileStatus status;
+    if (m_calls.statAt(fd.get(), "", AT_EMPTY_PATH, status) != 0)
+        return -1;
+    if (isOtherMount(status, *mount)) {
+        errno = EXDEV;
+        return -1;
+    }
+    return fd.release();
+}
+
+bool TreeWalker::walk(UniqueFd root, std::string path, const FileStatus* mount)
+{
+    m_mount = mount;
+    m_path = std::move(path);
+    m_depth = 0;
+    if (!enter(std::move(root), m_path.size()))
+        return false;
+    while (m_depth > 0) {
+        Frame& frame = m_frames[m_depth - 1];
+        if (frame.next == frame.entries.size()) {
+            if (!climb())
+                return false;
+            continue;
+        }
+        if (m_stop.stop_requested())
+            return false;
+        const Entry entry = frame.entries[frame.next++];
+        const char* name = frame.names.data() + entry.offset;
+        unsigned char type = entry.type;
+        FileStatus status;
+        const FileStatus* known = nullptr;
+        if (type == DT_UNKNOWN && m_calls.statAt(frame.stream.fd(), name, AT_SYMLINK_NOFOLLOW, status) == 0) {
+            if (status.isDirectory())
+                type = DT_DIR;
+            else
+                known = &status;
+        }
+        if (!(type == DT_DIR ? descend(name) : m_visitor.entry(frame.stream.fd(), m_path, name, type, known)))
+            return false;
+    }
+    return true;
+}
+
+bool TreeWalker::enter(UniqueFd folder, std::size_t nameStart)
+{
+    if (m_frames.size() == m_depth)
+        m_frames.emplace_back();
+    Frame& frame = m_frames[m_depth];
+    frame.stream = DirectoryStream(std::move(folder));
+    if (!frame.stream.isOpen())
+        return m_visitor.unreadableFolder(m_path, errno);
+    frame.names.clear();
+    frame.entries.clear();
+    frame.next = 0;
+    frame.nameStart = nameStart;
+    frame.pathEnd = m_path.size();
+    if (m_depth >= openLevels) {
+        // This folder may be let go, so it has to be known again when it is reopened.
+        FileStatus status;
+        if (m_calls.statAt(frame.stream.fd(), "", AT_EMPTY_PATH, status) != 0) {
+            frame.stream = DirectoryStream();
+            return m_visitor.unreadableFolder(m_path, errno);
+        }
+        frame.device = status.device;
+        frame.inode = status.inode;
+    }
+    int error = 0;
+    while (const dirent* entry = frame.stream.next(error)) {
+        frame.entries.push_back({static_cast<std::uint32_t>(frame.names.size()), entry->d_type});
+        frame.names.append(entry->d_name, std::strlen(entry->d_name) + 1);
+    }
+    ++m_depth;
+    // What was listed before the failure is still walked.
+    return error == 0 || m_visitor.unreadableFolder(m_path, error);
+}
+
+bool TreeWalker::descend(const char* name)
+{
+    const std::size_t parent = m_depth - 1;
+    const int parentFolder = m_frames[parent].stream.fd();
+    const std::size_t mark = m_path.size();
+    if (m_path.empty() || m_path.back() != '/')
+        m_path.push_back('/');
+    const std::size_t nameStart = m_path.size();
+    m_path.append(name);
+    UniqueFd child(openFolder(parentFolder, name, m_mount));
+    bool goOn = true;
+    if (child.isOpen()) {
+        goOn = enter(std::move(child), nameStart);
+        if (m_depth > parent + 1) {
+            if (parent >= openLevels)
+                m_frames[parent].stream = DirectoryStream(); // listed whole; reopened on the way back
+            return goOn;
+        }
+    } else if (errno == EXDEV) {
+        goOn = m_visitor.mountPoint(m_path);
+    } else if (errno == ELOOP || errno == ENOTDIR) {
+        // No longer a folder: taken as what it is now.
+        goOn = m_visitor.entry(parentFolder, std::string_view(m_path).substr(0, mark), name, DT_UNKNOWN, nullptr);
+    } else if (errno != ENOENT) { // a folder that went meanwhile is skipped
+        goOn = m_visitor.unreadableFolder(m_path, errno);
+    }
+    m_path.resize(mark);
+    return goOn;
+}
+
+bool TreeWalker::climb()
+{
+    Frame& child = m_frames[m_depth - 1];
+    --m_depth;
+    if (m_depth == 0) {
+        child.stream = DirectoryStream();
+        return true;
+    }
+    Frame& parent = m_frames[m_depth - 1];
+    bool goOn = true;
+    const int error = parent.stream.isOpen() ? 0 : regain(m_depth - 1, child.stream.fd());
+    child.stream = DirectoryStream();
+    if (error == 0) {
+        goOn = m_visitor.leftFolder(parent.stream.fd(), m_path.c_str() + child.nameStart, m_path);
+    } else {
+        // The rest of the parent cannot be reached; it is reported and left out.
+        parent.next = parent.entries.size();
+        goOn = m_visitor.unreadableFolder(std::string_view(m_path).substr(0, parent.pathEnd), error);
+    }
+    m_path.resize(parent.pathEnd);
+    return goOn;
+}
+
+int TreeWalker::regain(std::size_t index, int childFolder)
+{
+    Frame& frame = m_frames[index];
+    if (childFolder >= 0) {
+        UniqueFd up(m_calls.openAt(childFolder, "..", folderFlags));
+        if (up.isOpen() && isFrame(up.get(), frame)) {
+            frame.stream = DirectoryStream(std::move(up));
+            return frame.stream.isOpen() ? 0 : errno;
+        }
+    }
+    // Moved meanwhile: down again by name from the nearest folder still open, each step
+    // checked. The top `openLevels` folders are never let go, so one is always there.
+    std::size_t open = index;
+    while (!m_frames[open].stream.isOpen())
+        --open;
+    UniqueFd folder;
+    int at = m_frames[open].stream.fd();
+    for (std::size_t level = open + 1; level <= index; ++level) {
+        const Frame& step = m_frames[level];
+        const std::string name = m_path.substr(step.nameStart, step.pathEnd - step.nameStart);
+        UniqueFd next(openFolder(at, name.c_str(), m_mount));
+        if (!next.isOpen())
+            return errno;
+        if (!isFrame(next.get(), step))
+            return ESTALE;
+        folder = std::move(next);
+        at = folder.get();
+    }
+    frame.stream = DirectoryStream(std::move(folder));
+    return frame.stream.isOpen() ? 0 : errno;
+}
+
+bool TreeWalker::isFrame(int folder, const Frame& frame) const
+{
+    FileStatus status;
+    return m_calls.statAt(folder, "", AT_EMPTY_PATH, status) == 0 && status.device == frame.device &&
+           status.inode == frame.inode;
+}
+
+} // namespace kestrow
