@@ -30,9 +30,9 @@ std::unique_ptr<KestrowProcess> KestrowProcess::withBytes(const QList<QByteArray
     // QProcess passes arguments and the working folder on as UTF-8 and would turn a byte that
     // is not into U+FFFD's bytes. So the child, once QProcess has set up its channels, enters
     // the folder and starts the binary itself with the very bytes.
+    run->m_command = QStringLiteral("kestrow ") + QString::fromUtf8(arguments.join(' '));
     QList<QByteArray> held{QByteArrayLiteral(KESTROW_BINARY)};
     held += arguments;
-    run->m_command = QString::fromUtf8(held.join(' '));
     std::vector<char*> argv;
     for (QByteArray& argument : held)
         argv.push_back(argument.data());
