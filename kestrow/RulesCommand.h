@@ -2,24 +2,10 @@
 
 #include "CommandLine.h"
 
-#include <QString>
-
-#include <memory>
-
-namespace kestrow {
-class RuleRegistry;
-}
-
 namespace kestrow::cli {
 
 // `kestrow rules`: lists the cleanup rules and adds, removes, enables and disables the
 // user's own, which are kept in ~/.kestrow/rules.json.
 void setupRulesCommand(CommandLine& commandLine);
-
-// A registry of the built-in rules plus the user's rules file below `home`. A file that
-// cannot be read or parsed throws std::runtime_error with the registry's description, the
-// file's path and what to do. Each rule of the file that the sandbox refuses is named on
-// standard error, with the refusal.
-[[nodiscard]] std::shared_ptr<RuleRegistry> loadUserRules(const QString& home);
 
 } // namespace kestrow::cli

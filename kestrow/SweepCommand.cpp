@@ -2,8 +2,8 @@
 
 #include "LoggedTrashRun.h"
 #include "ProgressLine.h"
-#include "RulesCommand.h"
 #include "TrashRunOutput.h"
+#include "UserRules.h"
 
 #include "scan/DeepScanEngine.h"
 #include "support/ByteCountFormatter.h"

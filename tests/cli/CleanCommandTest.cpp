@@ -1,4 +1,3 @@
-#include "KestrowChild.h"
 #include "KestrowProcess.h"
 #include "LoggedTrashRun.h"
 #include "TestHome.h"
@@ -14,7 +13,6 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
-#include <csignal>
 #include <memory>
 #include <vector>
 
@@ -81,14 +79,12 @@ TEST(CleanCommand, KilledMidRunLeavesEveryItemWholeAndTheLogVerifiable)
             .exitCode,
         0);
 
-    const auto child = startKestrow(arguments);
+    KestrowProcess child(arguments);
     QElapsedTimer waited;
     waited.start();
     while (QDir(home.trashFilesFolder()).count() < 2 + 50 && waited.elapsed() < 60000)
         QThread::msleep(2);
-    ::kill(static_cast<pid_t>(child->processId()), SIGKILL);
-    child->waitForFinished();
-    EXPECT_EQ(child->exitStatus(), QProcess::CrashExit);
+    EXPECT_TRUE(child.kill()) << "the run was over before it was killed";
 
     int inTrash = 0;
     for (const QString& item : items) {
@@ -181,14 +177,14 @@ TEST(CleanCommand, ConcurrentRunsChainEveryLine)
             lines = 0;
         }
         QStringList items;
-        std::vector<std::unique_ptr<QProcess>> runs;
+        std::vector<std::unique_ptr<KestrowProcess>> runs;
         for (const char* side : {"a", "b"}) {
             items.append(home.writeFile(QStringLiteral(".cache/p%1%2/x").arg(pair).arg(QLatin1String(side)), 10));
-            runs.push_back(startKestrow(withHome(home, {QStringLiteral("clean"), items.last()})));
+            runs.push_back(std::make_unique<KestrowProcess>(withHome(home, {QStringLiteral("clean"), items.last()})));
         }
         for (const auto& run : runs) {
-            ASSERT_TRUE(run->waitForFinished(30000));
-            EXPECT_EQ(run->exitCode(), 0) << run->readAllStandardError().toStdString();
+            const KestrowRun ended = run->finish(30000);
+            EXPECT_EQ(ended.exitCode, 0) << ended.err.toStdString();
         }
         lines += 2;
         QFile file(log);

@@ -18,52 +18,66 @@ namespace {
 
 const QString me = QStringLiteral("/Users/me");
 
-bool matches(const char* pattern, const char* path)
-{
-    return GlobMatcher::matches(QString::fromUtf8(pattern), QString::fromUtf8(path), me);
-}
+// A pattern, a text it is tried on, whether it matches, and why when that is not plain.
+struct MatchCase {
+    const char* pattern;
+    const char* text;
+    bool matches;
+    const char* why = "";
+};
 
 } // namespace
 
 TEST(PathText, StandardizesAsThePlatformDoes)
 {
-    EXPECT_EQ(PathText::standardizing(QString()), QString());
-    EXPECT_EQ(PathText::standardizing(QStringLiteral("/a//./b/../c/")), QStringLiteral("/a/c"));
-    EXPECT_EQ(PathText::standardizing(QStringLiteral("/..")), QStringLiteral("/"));
-    EXPECT_EQ(PathText::standardizing(QStringLiteral("a/./../b/")), QStringLiteral("a/../b"));
-    EXPECT_EQ(PathText::standardizing(QStringLiteral("~/x")), QStringLiteral("~/x"));
-    // "/private" goes only when what is left exists.
-    EXPECT_EQ(PathText::standardizing(QStringLiteral("/private/etc")), QStringLiteral("/etc"));
-    EXPECT_EQ(PathText::standardizing(QStringLiteral("/private/no-such-thing-here")),
-              QStringLiteral("/private/no-such-thing-here"));
-    EXPECT_EQ(PathText::pathExtension(QStringLiteral("/a/b.tar.GZ")), QStringLiteral("GZ"));
-    EXPECT_EQ(PathText::pathExtension(QStringLiteral("/a/.bashrc")), QString());
-    EXPECT_EQ(PathText::pathExtension(QStringLiteral("/a.b/c")), QString());
+    const std::pair<const char*, const char*> standardized[] = {
+        {"", ""},
+        {"/a//./b/../c/", "/a/c"},
+        {"/..", "/"},
+        {"a/./../b/", "a/../b"},
+        {"~/x", "~/x"},
+        // "/private" goes only when what is left exists.
+        {"/private/etc", "/etc"},
+        {"/private/no-such-thing-here", "/private/no-such-thing-here"},
+    };
+    for (const auto& [path, expected] : standardized)
+        EXPECT_EQ(PathText::standardizing(QLatin1String(path)), QLatin1String(expected)) << path;
+
+    const std::pair<const char*, const char*> extensions[] = {
+        {"/a/b.tar.GZ", "GZ"}, {"/a/.bashrc", ""}, {"/a.b/c", ""}};
+    for (const auto& [path, expected] : extensions)
+        EXPECT_EQ(PathText::pathExtension(QLatin1String(path)), QLatin1String(expected)) << path;
 }
 
 TEST(GlobMatcher, SegmentsAndGlobstars)
 {
-    EXPECT_TRUE(matches("/", "/"));
-    EXPECT_FALSE(matches("/", "/a"));
-    EXPECT_TRUE(matches("~", "/Users/me"));
-    EXPECT_FALSE(matches("~", "/Users/me/x"));
-    EXPECT_TRUE(matches("~/**", "/Users/me"));
-    EXPECT_TRUE(matches("~/**", "/Users/me/a/b"));
-    for (const char* any : {"/", "/a", "/a/b/c"})
-        EXPECT_TRUE(matches("**", any)) << any;
-    EXPECT_TRUE(matches("~/x/**/y", "/Users/me/x/y"));
-    EXPECT_TRUE(matches("~/x/**/y", "/Users/me/x/a/b/y"));
-    EXPECT_FALSE(matches("~/x/**/y", "/Users/me/x/y/z"));
     const char* chrome = "~/Library/Caches/Google/Chrome/*/Cache/**";
-    EXPECT_TRUE(matches(chrome, "/Users/me/Library/Caches/Google/Chrome/Default/Cache/data_1"));
-    EXPECT_FALSE(matches(chrome, "/Users/me/Library/Caches/Google/Chrome/Profile/1/Cache/data_1"));
-    EXPECT_TRUE(matches("~/.npm/_cacache/**", "/Users/me/.npm/_cacache"));
-    EXPECT_TRUE(matches("~/.npm/_cacache/**", "/Users/me/.npm/_cacache/"));
-    EXPECT_TRUE(matches("Users/x", "/Users/x"));
-    EXPECT_FALSE(matches("x", "/Users/x")) << "a relative pattern is anchored at the root";
-    EXPECT_FALSE(matches("~/Cache", "/Users/me/cache"));
-    EXPECT_TRUE(matches("/a/b/../c", "/a/c")) << "a pattern not under ~ is standardized";
-    EXPECT_TRUE(matches("/a//b/", "/a/b"));
+    const MatchCase cases[] = {
+        {"/", "/", true},
+        {"/", "/a", false},
+        {"~", "/Users/me", true},
+        {"~", "/Users/me/x", false},
+        {"~/**", "/Users/me", true},
+        {"~/**", "/Users/me/a/b", true},
+        {"**", "/", true},
+        {"**", "/a", true},
+        {"**", "/a/b/c", true},
+        {"~/x/**/y", "/Users/me/x/y", true},
+        {"~/x/**/y", "/Users/me/x/a/b/y", true},
+        {"~/x/**/y", "/Users/me/x/y/z", false},
+        {chrome, "/Users/me/Library/Caches/Google/Chrome/Default/Cache/data_1", true},
+        {chrome, "/Users/me/Library/Caches/Google/Chrome/Profile/1/Cache/data_1", false},
+        {"~/.npm/_cacache/**", "/Users/me/.npm/_cacache", true},
+        {"~/.npm/_cacache/**", "/Users/me/.npm/_cacache/", true},
+        {"Users/x", "/Users/x", true},
+        {"x", "/Users/x", false, "a relative pattern is anchored at the root"},
+        {"~/Cache", "/Users/me/cache", false},
+        {"/a/b/../c", "/a/c", true, "a pattern not under ~ is standardized"},
+        {"/a//b/", "/a/b", true},
+    };
+    for (const MatchCase& c : cases)
+        EXPECT_EQ(GlobMatcher::matches(QString::fromUtf8(c.pattern), QString::fromUtf8(c.text), me), c.matches)
+            << c.pattern << " on " << c.text << ": " << c.why;
     EXPECT_EQ(GlobMatcher::expandHome(QStringLiteral("~/x/../*"), me), QStringLiteral("/Users/me/x/../*"));
     EXPECT_EQ(GlobMatcher::expandHome(QString(), me), QStringLiteral("/"));
     EXPECT_EQ(GlobMatcher::normalizePath(QStringLiteral("/a/./b/")), QStringLiteral("/a/b"));
@@ -71,30 +85,32 @@ TEST(GlobMatcher, SegmentsAndGlobstars)
 
 TEST(GlobMatcher, WildcardScanWithinOneSegment)
 {
-    const auto wild = [](const char* pattern, const char* text) {
-        return GlobMatcher::matchWildcard(QString::fromUtf8(pattern), QString::fromUtf8(text));
+    const MatchCase cases[] = {
+        {"*", "", true},
+        {"*", ".hidden", true},
+        {"a*b*c", "aXbYbZc", true},
+        {"a*b*c", "aXbYbZ", false},
+        {"a**b", "ab", true},
+        {"?x", "yx", true},
+        {"?", "", false},
+        {"*.log", "a.b.log", true},
+        {"cache", "Cache", false},
+        {"[ab]", "[ab]", true, "brackets and braces are plain characters"},
+        {"[ab]", "a", false, "brackets and braces are plain characters"},
+        {"a\\*", "a\\xyz", true, "no escape character"},
+        // A star in the text is met literally first; afterwards only an earlier star can re-enter.
+        {"*", "*", true},
+        {"a*", "a*b", false},
+        {"*", "a*b", true},
+        // Characters are user-perceived and compare by canonical equivalence.
+        {"caf\u00e9", "cafe\u0301", true},
+        {"caf?", "cafe\u0301", true},
+        {"caf??", "cafe\u0301", false},
+        {"?", "\U0001F469\u200D\U0001F4BB", true},
     };
-    EXPECT_TRUE(wild("*", ""));
-    EXPECT_TRUE(wild("*", ".hidden"));
-    EXPECT_TRUE(wild("a*b*c", "aXbYbZc"));
-    EXPECT_FALSE(wild("a*b*c", "aXbYbZ"));
-    EXPECT_TRUE(wild("a**b", "ab"));
-    EXPECT_TRUE(wild("?x", "yx"));
-    EXPECT_FALSE(wild("?", ""));
-    EXPECT_TRUE(wild("*.log", "a.b.log"));
-    EXPECT_FALSE(wild("cache", "Cache"));
-    EXPECT_TRUE(wild("[ab]", "[ab]")) << "brackets and braces are plain characters";
-    EXPECT_FALSE(wild("[ab]", "a"));
-    EXPECT_TRUE(wild("a\\*", "a\\xyz")) << "no escape character";
-    // A star in the text is met literally first; afterwards only an earlier star can re-enter.
-    EXPECT_TRUE(wild("*", "*"));
-    EXPECT_FALSE(wild("a*", "a*b"));
-    EXPECT_TRUE(wild("*", "a*b"));
-    // Characters are user-perceived and compare by canonical equivalence.
-    EXPECT_TRUE(wild("caf\u00e9", "cafe\u0301"));
-    EXPECT_TRUE(wild("caf?", "cafe\u0301"));
-    EXPECT_FALSE(wild("caf??", "cafe\u0301"));
-    EXPECT_TRUE(wild("?", "\U0001F469\u200D\U0001F4BB"));
+    for (const MatchCase& c : cases)
+        EXPECT_EQ(GlobMatcher::matchWildcard(QString::fromUtf8(c.pattern), QString::fromUtf8(c.text)), c.matches)
+            << c.pattern << " on " << c.text << ": " << c.why;
     EXPECT_TRUE(GlobMatcher::matches(QStringLiteral("~/Caf\u00e9/*"), QStringLiteral("/Users/me/Cafe\u0301/x"), me));
 }
 
@@ -157,14 +173,15 @@ TEST(CacheDirTagDetector, ReadsTheSignatureAndFirstComment)
                   ->applicationComment,
               QStringLiteral("by tool"));
     EXPECT_EQ(tagIn("hash", signature + "\n#\n")->applicationComment, QString());
-    for (const char* invalid : {"second", "lower", "empty", "binary", "cut"}) {
-        const QByteArray content = QByteArray(invalid) == "second"  ? "\n" + signature
-                                   : QByteArray(invalid) == "lower" ? signature.toLower()
-                                   : QByteArray(invalid) == "empty" ? QByteArray()
-                                   : QByteArray(invalid) == "binary"
-                                       ? signature + "\n# \xff\xfe"
-                                       // The limit cuts a two-byte character in half.
-                                       : signature + "\n#" + QByteArray(466, 'x') + "\xc3\xa9";
+    const std::pair<const char*, QByteArray> invalidTags[] = {
+        {"second", "\n" + signature},
+        {"lower", signature.toLower()},
+        {"empty", QByteArray()},
+        {"binary", signature + "\n# \xff\xfe"},
+        // The limit cuts a two-byte character in half.
+        {"cut", signature + "\n#" + QByteArray(466, 'x') + "\xc3\xa9"},
+    };
+    for (const auto& [invalid, content] : invalidTags) {
         const auto tag = tagIn(invalid, content);
         ASSERT_TRUE(tag) << invalid;
         EXPECT_FALSE(tag->isValid) << invalid;

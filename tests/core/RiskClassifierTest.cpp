@@ -42,36 +42,39 @@ std::shared_ptr<RuleRegistry> registryIn(const TestHome& home)
 TEST(RiskClassifier, ProtectedGroundIsKeptWithItsReason)
 {
     const RiskClassifier classifier(QStringLiteral("/Users/me"));
-    const auto reasonFor = [&classifier](const char* path) -> QString {
-        const RiskClassificationResult result =
-            classifier.classify(QLatin1String(path), StorageCategory::developerCache, false);
-        if (result.riskTier != RiskTier::keep)
-            return QStringLiteral("(not kept)");
-        EXPECT_EQ(result.confidence, 1.0);
-        EXPECT_EQ(result.matchedRuleId, std::nullopt);
-        return result.reason;
+    const char* notKept = nullptr;
+    const struct {
+        const char* path;
+        const char* reason; // notKept when the path is not protected ground
+        const char* why = "";
+    } cases[]{
+        {"/Library/Caches/foo", "Protected system OS directory (/library)."},
+        {"/VOLUMES/Backup/x", "Protected system OS directory (/volumes)."},
+        {"/private/var/root/x", "Protected system OS directory (/private/var/root)."},
+        {"/Users/me/Documents", "Protected user personal directory (~/documents)."},
+        {"/Users/other/Documents/x", "Protected user personal directory (~/documents)."},
+        {"/Users/me/Documentsfoo", notKept},
+        {"/Users/me/.bun/bin/bun", "Protected executable user tool binaries (~/.bun/bin)."},
+        {"/Users/other/.local/bin", "Protected executable user tool binaries (~/.local/bin)."},
+        {"/Users/me/.ssh/id", "Protected security credentials or keychains."},
+        {"/Users/me/Library/Keychains/x", "Protected security credentials or keychains."},
+        {"/Users/me/.zshrc", "Protected active configuration file."},
+        {"/Users/other/.gradle/gradle.properties", "Protected active configuration file."},
+        {"/Users/me/.zshrc.d/x", notKept},
+        {"/Users/me/.gitconfig/x", notKept, "configuration files have no prefix test"},
+        {"/opt/caches/x", notKept},
     };
-    EXPECT_EQ(reasonFor("/Library/Caches/foo"), QStringLiteral("Protected system OS directory (/library)."));
-    EXPECT_EQ(reasonFor("/VOLUMES/Backup/x"), QStringLiteral("Protected system OS directory (/volumes)."));
-    EXPECT_EQ(reasonFor("/private/var/root/x"), QStringLiteral("Protected system OS directory (/private/var/root)."));
-    EXPECT_EQ(reasonFor("/Users/me/Documents"), QStringLiteral("Protected user personal directory (~/documents)."));
-    EXPECT_EQ(reasonFor("/Users/other/Documents/x"),
-              QStringLiteral("Protected user personal directory (~/documents)."));
-    EXPECT_EQ(reasonFor("/Users/me/Documentsfoo"), QStringLiteral("(not kept)"));
-    EXPECT_EQ(reasonFor("/Users/me/.bun/bin/bun"),
-              QStringLiteral("Protected executable user tool binaries (~/.bun/bin)."));
-    EXPECT_EQ(reasonFor("/Users/other/.local/bin"),
-              QStringLiteral("Protected executable user tool binaries (~/.local/bin)."));
-    EXPECT_EQ(reasonFor("/Users/me/.ssh/id"), QStringLiteral("Protected security credentials or keychains."));
-    EXPECT_EQ(reasonFor("/Users/me/Library/Keychains/x"),
-              QStringLiteral("Protected security credentials or keychains."));
-    EXPECT_EQ(reasonFor("/Users/me/.zshrc"), QStringLiteral("Protected active configuration file."));
-    EXPECT_EQ(reasonFor("/Users/other/.gradle/gradle.properties"),
-              QStringLiteral("Protected active configuration file."));
-    EXPECT_EQ(reasonFor("/Users/me/.zshrc.d/x"), QStringLiteral("(not kept)"));
-    EXPECT_EQ(reasonFor("/Users/me/.gitconfig/x"), QStringLiteral("(not kept)"))
-        << "configuration files have no prefix test";
-    EXPECT_EQ(reasonFor("/opt/caches/x"), QStringLiteral("(not kept)"));
+    for (const auto& c : cases) {
+        const RiskClassificationResult result =
+            classifier.classify(QLatin1String(c.path), StorageCategory::developerCache, false);
+        if (!c.reason) {
+            EXPECT_NE(result.riskTier, RiskTier::keep) << c.path << ": " << c.why;
+            continue;
+        }
+        EXPECT_EQ(result, (RiskClassificationResult{
+                              .riskTier = RiskTier::keep, .confidence = 1.0, .reason = QLatin1String(c.reason)}))
+            << c.path;
+    }
 }
 
 TEST(RiskClassifier, AnyUsersHomeIsTestedAsItsRegularExpressionWould)
@@ -226,37 +229,48 @@ TEST(RiskClassifier, TagsThatAreNoRegularFilesCountForNothingAndNeverBlock)
 TEST(RiskClassifier, CategoryDefaultsFollowTheirOwnTable)
 {
     const RiskClassifier classifier(QStringLiteral("/Users/me"));
-    const auto check = [&classifier](StorageCategory category, const char* path, bool orphaned, RiskTier tier,
-                                     double confidence, const char* reason) {
-        EXPECT_EQ(
-            classifier.classify(QLatin1String(path), category, orphaned),
-            (RiskClassificationResult{.riskTier = tier, .confidence = confidence, .reason = QLatin1String(reason)}))
-            << category.rawValue().toStdString() << " " << path;
-    };
+    using C = StorageCategory;
     const char* transient = "Standard transient application caches, logs, or reports that regenerate automatically.";
-    for (const StorageCategory category :
-         {StorageCategory::developerCache, StorageCategory::systemCaches, StorageCategory::systemLogs,
-          StorageCategory::crashReports, StorageCategory::browserCaches, StorageCategory::leftovers})
-        check(category, "/Users/me/x/y", false, RiskTier::safeToDelete, 0.95, transient);
-    check(StorageCategory::aiModelWeights, "/Users/me/x/y", false, RiskTier::reviewRequired, 1.0,
-          "Pretrained AI model weights require significant network bandwidth and time to re-download.");
-    check(StorageCategory::dockerVM, "/Users/me/x/y", true, RiskTier::reviewRequired, 1.0,
-          "Orphaned Docker VM disk image from uninstalled Docker Desktop.");
-    check(StorageCategory::dockerVM, "/Users/me/x/y", false, RiskTier::keep, 1.0,
-          "Active Docker VM disk image. Uninstallation or shutdown required.");
-    check(StorageCategory::xcodeArtifacts, "/Users/me/Xcode/Archives/a", false, RiskTier::reviewRequired, 1.0,
-          "Xcode release archives contain dSYMs needed for App Store crash symbolication.");
-    check(StorageCategory::xcodeArtifacts, "/Users/me/Xcode/archives/a", false, RiskTier::safeToDelete, 0.95,
-          "Xcode intermediate build products regenerate automatically on compilation.");
-    check(StorageCategory::strayDependencies, "/Users/me/x/y", false, RiskTier::reviewRequired, 0.9,
-          "Stray project dependencies in home root require verification before deletion.");
-    check(StorageCategory::mailDownloads, "/Users/me/x/y", false, RiskTier::reviewRequired, 1.0,
-          "Locally cached email attachments may not exist on remote mail server if deleted.");
-    for (const StorageCategory category : {StorageCategory::applicationBundles, StorageCategory::largeFiles,
-                                           StorageCategory::startupItems, StorageCategory::unknownAnomaly})
-        check(category, "/Users/me/x/y", true, RiskTier::reviewRequired, 0.85, "Category default risk classification.");
-    check(StorageCategory::dynamicRule, "/Users/me/x/y", false, RiskTier::safeToDelete, 0.85,
-          "Category default risk classification.");
+    const char* byDefault = "Category default risk classification.";
+    const struct {
+        StorageCategory category;
+        const char* path;
+        bool orphaned;
+        RiskTier tier;
+        double confidence;
+        const char* reason;
+    } cases[]{
+        {C::developerCache, "/Users/me/x/y", false, RiskTier::safeToDelete, 0.95, transient},
+        {C::systemCaches, "/Users/me/x/y", false, RiskTier::safeToDelete, 0.95, transient},
+        {C::systemLogs, "/Users/me/x/y", false, RiskTier::safeToDelete, 0.95, transient},
+        {C::crashReports, "/Users/me/x/y", false, RiskTier::safeToDelete, 0.95, transient},
+        {C::browserCaches, "/Users/me/x/y", false, RiskTier::safeToDelete, 0.95, transient},
+        {C::leftovers, "/Users/me/x/y", false, RiskTier::safeToDelete, 0.95, transient},
+        {C::aiModelWeights, "/Users/me/x/y", false, RiskTier::reviewRequired, 1.0,
+         "Pretrained AI model weights require significant network bandwidth and time to re-download."},
+        {C::dockerVM, "/Users/me/x/y", true, RiskTier::reviewRequired, 1.0,
+         "Orphaned Docker VM disk image from uninstalled Docker Desktop."},
+        {C::dockerVM, "/Users/me/x/y", false, RiskTier::keep, 1.0,
+         "Active Docker VM disk image. Uninstallation or shutdown required."},
+        {C::xcodeArtifacts, "/Users/me/Xcode/Archives/a", false, RiskTier::reviewRequired, 1.0,
+         "Xcode release archives contain dSYMs needed for App Store crash symbolication."},
+        {C::xcodeArtifacts, "/Users/me/Xcode/archives/a", false, RiskTier::safeToDelete, 0.95,
+         "Xcode intermediate build products regenerate automatically on compilation."},
+        {C::strayDependencies, "/Users/me/x/y", false, RiskTier::reviewRequired, 0.9,
+         "Stray project dependencies in home root require verification before deletion."},
+        {C::mailDownloads, "/Users/me/x/y", false, RiskTier::reviewRequired, 1.0,
+         "Locally cached email attachments may not exist on remote mail server if deleted."},
+        {C::applicationBundles, "/Users/me/x/y", true, RiskTier::reviewRequired, 0.85, byDefault},
+        {C::largeFiles, "/Users/me/x/y", true, RiskTier::reviewRequired, 0.85, byDefault},
+        {C::startupItems, "/Users/me/x/y", true, RiskTier::reviewRequired, 0.85, byDefault},
+        {C::unknownAnomaly, "/Users/me/x/y", true, RiskTier::reviewRequired, 0.85, byDefault},
+        {C::dynamicRule, "/Users/me/x/y", false, RiskTier::safeToDelete, 0.85, byDefault},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(classifier.classify(QLatin1String(c.path), c.category, c.orphaned),
+                  (RiskClassificationResult{
+                      .riskTier = c.tier, .confidence = c.confidence, .reason = QLatin1String(c.reason)}))
+            << c.category.rawValue().toStdString() << " " << c.path;
 }
 
 TEST(RiskClassifier, ScannersClassifyWithTheEnginesRegistry)

@@ -103,25 +103,25 @@ struct WorkingDirectory {
 TEST(SandboxSecurityError, DescriptionsAreExact)
 {
     using E = SandboxSecurityError;
-    EXPECT_EQ(E::rootDirectoryTargeted(QStringLiteral("/")).description(),
-              QStringLiteral("Sandbox Violation: Root filesystem '/' cannot be targeted (/)."));
-    EXPECT_EQ(E::homeDirectoryTargeted(me).description(),
-              QStringLiteral("Sandbox Violation: Home directory cannot be targeted directly (/Users/me)."));
-    EXPECT_EQ(E::forbiddenSystemPath(QStringLiteral("/usr/x"), QStringLiteral("/usr")).description(),
-              QStringLiteral("Sandbox Violation: Path '/usr/x' targets forbidden system path '/usr'."));
-    EXPECT_EQ(
-        E::forbiddenUserDirectory(QStringLiteral("/Users/me/Documents"), QStringLiteral("Documents")).description(),
-        QStringLiteral("Sandbox Violation: Path '/Users/me/Documents' targets protected user directory 'Documents'."));
-    EXPECT_EQ(E::insufficientPathDepth(QStringLiteral("/opt"), 1).description(),
-              QStringLiteral("Sandbox Violation: Path '/opt' has insufficient depth (1 components relative to home; "
-                             "minimum 2 required)."));
-    EXPECT_EQ(E::directoryTraversalDetected(QStringLiteral("/a/../b")).description(),
-              QStringLiteral("Sandbox Violation: Path traversal tokens ('..') detected in '/a/../b'."));
-    EXPECT_EQ(
-        E::symlinkEscapedSandbox(QStringLiteral("/a/b"), QStringLiteral("/"), QStringLiteral("why")).description(),
-        QStringLiteral("Sandbox Violation: Symlink '/a/b' resolves to forbidden path '/': why"));
-    EXPECT_EQ(E::wildcardTargetsForbiddenScope(QStringLiteral("*"), QStringLiteral("Root filesystem")).description(),
-              QStringLiteral("Sandbox Violation: Rule pattern '*' matches forbidden scope 'Root filesystem'."));
+    const std::pair<E, const char*> cases[] = {
+        {E::rootDirectoryTargeted(QStringLiteral("/")),
+         "Sandbox Violation: Root filesystem '/' cannot be targeted (/)."},
+        {E::homeDirectoryTargeted(me), "Sandbox Violation: Home directory cannot be targeted directly (/Users/me)."},
+        {E::forbiddenSystemPath(QStringLiteral("/usr/x"), QStringLiteral("/usr")),
+         "Sandbox Violation: Path '/usr/x' targets forbidden system path '/usr'."},
+        {E::forbiddenUserDirectory(QStringLiteral("/Users/me/Documents"), QStringLiteral("Documents")),
+         "Sandbox Violation: Path '/Users/me/Documents' targets protected user directory 'Documents'."},
+        {E::insufficientPathDepth(QStringLiteral("/opt"), 1),
+         "Sandbox Violation: Path '/opt' has insufficient depth (1 components relative to home; minimum 2 required)."},
+        {E::directoryTraversalDetected(QStringLiteral("/a/../b")),
+         "Sandbox Violation: Path traversal tokens ('..') detected in '/a/../b'."},
+        {E::symlinkEscapedSandbox(QStringLiteral("/a/b"), QStringLiteral("/"), QStringLiteral("why")),
+         "Sandbox Violation: Symlink '/a/b' resolves to forbidden path '/': why"},
+        {E::wildcardTargetsForbiddenScope(QStringLiteral("*"), QStringLiteral("Root filesystem")),
+         "Sandbox Violation: Rule pattern '*' matches forbidden scope 'Root filesystem'."},
+    };
+    for (const auto& [error, description] : cases)
+        EXPECT_EQ(error.description(), QLatin1String(description));
     EXPECT_EQ(E::insufficientPathDepth(QStringLiteral("/opt"), 1), E::insufficientPathDepth(QStringLiteral("/opt"), 1));
     EXPECT_NE(E::insufficientPathDepth(QStringLiteral("/opt"), 1), E::insufficientPathDepth(QStringLiteral("/opt"), 0));
 }
@@ -129,45 +129,59 @@ TEST(SandboxSecurityError, DescriptionsAreExact)
 TEST(SandboxValidator, PathChecksRunInOrderOnTheText)
 {
     using E = SandboxSecurityError;
-    EXPECT_EQ(pathError(QStringLiteral("~")), E::homeDirectoryTargeted(me));
-    EXPECT_EQ(pathError(QStringLiteral("/Users/me/")), E::homeDirectoryTargeted(me));
-    EXPECT_EQ(pathError(QStringLiteral("/")), E::rootDirectoryTargeted(QStringLiteral("/")));
-    EXPECT_EQ(pathError(QStringLiteral("//./")), E::rootDirectoryTargeted(QStringLiteral("/")));
-
-    // Path > the prefix its message names; the earlier, broader prefixes catch some first.
-    for (const QString& pair :
-         QStringLiteral("/Users/other/Library/Caches/x>/Users|/USERS/me/x>/Users|/Users>/Users|"
-                        "/Volumes/Backup/x>/Volumes|/var/log/x>/var|/private/var/folders>/private|"
-                        "/private/tmp>/private|/private/etc/hosts>/private|"
-                        "/private/var/db/x>/private/var|/Library/Caches/x>/Library|"
-                        "/LIBRARY>/Library|/usr/local/bin/x>/usr|/dev>/dev")
-             .split(QLatin1Char('|'))) {
-        const QStringList parts = pair.split(QLatin1Char('>'));
-        EXPECT_EQ(pathError(parts.at(0)), E::forbiddenSystemPath(parts.at(0), parts.at(1)));
-    }
-    for (const char* open :
-         {"/var/folders/ab/cd", "/private/var/folders/ab", "/private/tmp/x/y", "/data/x", "/Users/me/Library/Caches",
-          "/Users/me/Documentsx/y", "/Users/me/.cargo/registry/cache/x", "/a/..b/c", "/usr2/x"})
-        EXPECT_EQ(pathError(QLatin1String(open)), std::nullopt)
-            << open << ": " << text(pathError(QLatin1String(open))).toStdString();
-
-    EXPECT_EQ(pathError(QStringLiteral("~/Documents")),
-              E::forbiddenUserDirectory(QStringLiteral("/Users/me/Documents"), QStringLiteral("Documents")));
-    EXPECT_EQ(pathError(QStringLiteral("~/documents/x")),
-              E::forbiddenUserDirectory(QStringLiteral("/Users/me/documents/x"), QStringLiteral("Documents")));
-    EXPECT_EQ(pathError(QStringLiteral("~/.cargo/bin/tool")),
-              E::forbiddenUserDirectory(QStringLiteral("/Users/me/.cargo/bin/tool"), QStringLiteral(".cargo/bin")));
-    EXPECT_EQ(pathError(QStringLiteral("~/Library/Keychains/login.keychain-db")),
-              E::forbiddenUserDirectory(QStringLiteral("/Users/me/Library/Keychains/login.keychain-db"),
-                                        QStringLiteral("Library/Keychains")));
-
-    EXPECT_EQ(pathError(QStringLiteral("~/Library")), E::insufficientPathDepth(QStringLiteral("/Users/me/Library"), 1));
-    EXPECT_EQ(pathError(QStringLiteral("/data")), E::insufficientPathDepth(QStringLiteral("/data"), 1));
-    EXPECT_EQ(pathError(QStringLiteral("/tmp/./")), E::insufficientPathDepth(QStringLiteral("/tmp"), 1));
-
-    // Traversal is judged on the input, before any canonical form.
-    for (const char* traversal : {"/a/b/../c", "/a/b/..", "../x/y", "..", "~/x/../y"})
-        EXPECT_EQ(pathError(QLatin1String(traversal)), E::directoryTraversalDetected(QLatin1String(traversal)));
+    const auto system = [](const char* path, const char* prefix) {
+        return E::forbiddenSystemPath(QLatin1String(path), QLatin1String(prefix));
+    };
+    const auto user = [](const char* path, const char* directory) {
+        return E::forbiddenUserDirectory(QLatin1String(path), QLatin1String(directory));
+    };
+    const auto shallow = [](const char* path) { return E::insufficientPathDepth(QLatin1String(path), 1); };
+    const auto traversal = [](const char* path) { return E::directoryTraversalDetected(QLatin1String(path)); };
+    const std::pair<const char*, std::optional<E>> cases[] = {
+        {"~", E::homeDirectoryTargeted(me)},
+        {"/Users/me/", E::homeDirectoryTargeted(me)},
+        {"/", E::rootDirectoryTargeted(QStringLiteral("/"))},
+        {"//./", E::rootDirectoryTargeted(QStringLiteral("/"))},
+        // The prefix a message names: the earlier, broader prefixes catch some first.
+        {"/Users/other/Library/Caches/x", system("/Users/other/Library/Caches/x", "/Users")},
+        {"/USERS/me/x", system("/USERS/me/x", "/Users")},
+        {"/Users", system("/Users", "/Users")},
+        {"/Volumes/Backup/x", system("/Volumes/Backup/x", "/Volumes")},
+        {"/var/log/x", system("/var/log/x", "/var")},
+        {"/private/var/folders", system("/private/var/folders", "/private")},
+        {"/private/tmp", system("/private/tmp", "/private")},
+        {"/private/etc/hosts", system("/private/etc/hosts", "/private")},
+        {"/private/var/db/x", system("/private/var/db/x", "/private/var")},
+        {"/Library/Caches/x", system("/Library/Caches/x", "/Library")},
+        {"/LIBRARY", system("/LIBRARY", "/Library")},
+        {"/usr/local/bin/x", system("/usr/local/bin/x", "/usr")},
+        {"/dev", system("/dev", "/dev")},
+        {"/var/folders/ab/cd", std::nullopt},
+        {"/private/var/folders/ab", std::nullopt},
+        {"/private/tmp/x/y", std::nullopt},
+        {"/data/x", std::nullopt},
+        {"/Users/me/Library/Caches", std::nullopt},
+        {"/Users/me/Documentsx/y", std::nullopt},
+        {"/Users/me/.cargo/registry/cache/x", std::nullopt},
+        {"/a/..b/c", std::nullopt},
+        {"/usr2/x", std::nullopt},
+        {"~/Documents", user("/Users/me/Documents", "Documents")},
+        {"~/documents/x", user("/Users/me/documents/x", "Documents")},
+        {"~/.cargo/bin/tool", user("/Users/me/.cargo/bin/tool", ".cargo/bin")},
+        {"~/Library/Keychains/login.keychain-db",
+         user("/Users/me/Library/Keychains/login.keychain-db", "Library/Keychains")},
+        {"~/Library", shallow("/Users/me/Library")},
+        {"/data", shallow("/data")},
+        {"/tmp/./", shallow("/tmp")},
+        // Traversal is judged on the input, before any canonical form.
+        {"/a/b/../c", traversal("/a/b/../c")},
+        {"/a/b/..", traversal("/a/b/..")},
+        {"../x/y", traversal("../x/y")},
+        {"..", traversal("..")},
+        {"~/x/../y", traversal("~/x/../y")},
+    };
+    for (const auto& [path, expected] : cases)
+        EXPECT_EQ(pathError(QLatin1String(path)), expected) << path;
 }
 
 TEST(SandboxValidator, LinuxClosesOtherHomesAndSystemTrees)
@@ -217,36 +231,52 @@ TEST(SandboxValidator, EmptyPathIsTheWorkingDirectory)
 TEST(SandboxValidator, PatternsAreCheckedOnTheirFixedStem)
 {
     using E = SandboxSecurityError;
-    for (const char* allowed : {"~/Library/Caches/**", "~/Library/Caches", "~/.cache/*", "/data/*", "/a/b/*.log"})
-        EXPECT_EQ(patternError(QLatin1String(allowed)), std::nullopt)
-            << allowed << ": " << text(patternError(QLatin1String(allowed))).toStdString();
-
-    EXPECT_EQ(patternError(QStringLiteral("~/Documents/**")),
-              E::forbiddenUserDirectory(QStringLiteral("/Users/me/Documents"), QStringLiteral("Documents")));
-    EXPECT_EQ(patternError(QStringLiteral("/System/**")),
-              E::forbiddenSystemPath(QStringLiteral("/System"), QStringLiteral("/System")));
-    for (const char* root : {"*", "{a,b}/x", "/*", "/**", "*.log", "[x]"})
-        EXPECT_EQ(patternError(QLatin1String(root)),
-                  E::wildcardTargetsForbiddenScope(QLatin1String(root), QStringLiteral("Root filesystem")));
-    for (const char* wholeHome : {"~/*", "~/**", "~", "~/"})
-        EXPECT_EQ(patternError(QLatin1String(wholeHome)),
-                  E::wildcardTargetsForbiddenScope(QLatin1String(wholeHome), QStringLiteral("Entire home directory")));
-    EXPECT_EQ(patternError(QStringLiteral("~/.cache*")), E::insufficientPathDepth(QStringLiteral("~/.cache*"), 1));
-    EXPECT_EQ(patternError(QStringLiteral("/Users/me/x?")),
-              E::insufficientPathDepth(QStringLiteral("/Users/me/x?"), 1));
-    // A literal pattern takes full path validation.
-    EXPECT_EQ(patternError(QStringLiteral("~/Library")),
-              E::insufficientPathDepth(QStringLiteral("/Users/me/Library"), 1));
-    EXPECT_EQ(patternError(QStringLiteral("/a/..b/c")), E::directoryTraversalDetected(QStringLiteral("/a/..b/c")));
-    EXPECT_EQ(patternError(QStringLiteral("foo..bar")), E::directoryTraversalDetected(QStringLiteral("foo..bar")));
-
-    // A base directory takes the pattern literally below it: "~" means nothing there.
-    const QString base = QStringLiteral("/Users/me/Library");
-    EXPECT_EQ(patternError(QStringLiteral("~/x"), me, base), std::nullopt);
-    EXPECT_EQ(patternError(QStringLiteral("~"), me, QStringLiteral("/data")), std::nullopt);
-    EXPECT_EQ(patternError(QStringLiteral("*"), me, base), std::nullopt) << "the wildcard counts as a component";
-    EXPECT_EQ(patternError(QStringLiteral("*"), me, me),
-              E::wildcardTargetsForbiddenScope(QStringLiteral("*"), QStringLiteral("Entire home directory")));
+    const QString library = QStringLiteral("/Users/me/Library");
+    const auto root = [](const char* pattern) {
+        return E::wildcardTargetsForbiddenScope(QLatin1String(pattern), QStringLiteral("Root filesystem"));
+    };
+    const auto wholeHome = [](const char* pattern) {
+        return E::wildcardTargetsForbiddenScope(QLatin1String(pattern), QStringLiteral("Entire home directory"));
+    };
+    const auto shallow = [](const QString& pattern) { return E::insufficientPathDepth(pattern, 1); };
+    const struct {
+        const char* pattern;
+        std::optional<E> expected;
+        std::optional<QString> base = std::nullopt;
+        const char* why = "";
+    } cases[]{
+        {"~/Library/Caches/**", std::nullopt},
+        {"~/Library/Caches", std::nullopt},
+        {"~/.cache/*", std::nullopt},
+        {"/data/*", std::nullopt},
+        {"/a/b/*.log", std::nullopt},
+        {"~/Documents/**",
+         E::forbiddenUserDirectory(QStringLiteral("/Users/me/Documents"), QStringLiteral("Documents"))},
+        {"/System/**", E::forbiddenSystemPath(QStringLiteral("/System"), QStringLiteral("/System"))},
+        {"*", root("*")},
+        {"{a,b}/x", root("{a,b}/x")},
+        {"/*", root("/*")},
+        {"/**", root("/**")},
+        {"*.log", root("*.log")},
+        {"[x]", root("[x]")},
+        {"~/*", wholeHome("~/*")},
+        {"~/**", wholeHome("~/**")},
+        {"~", wholeHome("~")},
+        {"~/", wholeHome("~/")},
+        {"~/.cache*", shallow(QStringLiteral("~/.cache*"))},
+        {"/Users/me/x?", shallow(QStringLiteral("/Users/me/x?"))},
+        {"~/Library", shallow(library), std::nullopt, "a literal pattern takes full path validation"},
+        {"/a/..b/c", E::directoryTraversalDetected(QStringLiteral("/a/..b/c"))},
+        {"foo..bar", E::directoryTraversalDetected(QStringLiteral("foo..bar"))},
+        // A base directory takes the pattern literally below it: "~" means nothing there.
+        {"~/x", std::nullopt, library},
+        {"~", std::nullopt, QStringLiteral("/data")},
+        {"*", std::nullopt, library, "the wildcard counts as a component"},
+        {"*", wholeHome("*"), me},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(patternError(QLatin1String(c.pattern), me, c.base), c.expected)
+            << c.pattern << " below " << c.base.value_or(QStringLiteral("(no base)")).toStdString() << ": " << c.why;
 
     RuleDefinition rule{
         .id = QStringLiteral("t.rule"),

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "safety/PathCheckOutcome.h"
+#include "safety/RiskClassifier.h"
+#include "storage/StorageCategory.h"
+
+#include <QString>
+
+#include <memory>
+
+namespace kestrow {
+
+class RuleRegistry;
+
+// Tells for a path the user names whether it may be moved to the Trash at all and how safe
+// removing it would be, without touching it. A plain value.
+class PathChecker {
+public:
+    // Without a registry the classifier skips the rule step.
+    explicit PathChecker(QString homeURL, std::shared_ptr<RuleRegistry> ruleRegistry = nullptr);
+
+    // `path` as typed: "~" stands for the home, relative text is taken as a location.
+    [[nodiscard]] PathCheckOutcome check(const QString& path, StorageCategory category) const;
+
+private:
+    QString m_homeURL;
+    QString m_homePath; // standardised, for "~"
+    RiskClassifier m_classifier;
+};
+
+} // namespace kestrow
