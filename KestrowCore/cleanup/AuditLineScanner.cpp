@@ -1,5 +1,7 @@
 #include "cleanup/AuditLineScanner.h"
 
+#include "platform/NativePath.h"
+
 #include <QByteArray>
 
 #include <algorithm>
@@ -72,20 +74,6 @@ static_assert(std::all_of(keyNames.begin(), keyNames.end(),
 bool isDigit(char c)
 {
     return c >= '0' && c <= '9';
-}
-
-void appendUtf8(QByteArray& out, char16_t unit)
-{
-    if (unit < 0x80) {
-        out.append(static_cast<char>(unit));
-    } else if (unit < 0x800) {
-        out.append(static_cast<char>(0xC0 | (unit >> 6)));
-        out.append(static_cast<char>(0x80 | (unit & 0x3F)));
-    } else {
-        out.append(static_cast<char>(0xE0 | (unit >> 12)));
-        out.append(static_cast<char>(0x80 | ((unit >> 6) & 0x3F)));
-        out.append(static_cast<char>(0x80 | (unit & 0x3F)));
-    }
 }
 
 class Scanner {
@@ -338,7 +326,7 @@ private:
                     m_bytes.resize(0);
                     *text += QChar(unit);
                 } else {
-                    appendUtf8(m_bytes, unit);
+                    NativePath::appendUtf8(m_bytes, unit);
                 }
                 continue;
             }

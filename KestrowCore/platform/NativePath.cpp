@@ -45,7 +45,9 @@ int validSequenceLength(const unsigned char* p, qsizetype left, char32_t& codePo
     return length;
 }
 
-void appendUtf8(QByteArray& out, char32_t c)
+} // namespace
+
+void NativePath::appendUtf8(QByteArray& out, char32_t c)
 {
     if (c < 0x80) {
         out.append(static_cast<char>(c));
@@ -63,8 +65,6 @@ void appendUtf8(QByteArray& out, char32_t c)
         out.append(static_cast<char>(0x80 | (c & 0x3F)));
     }
 }
-
-} // namespace
 
 int NativePath::rawByte(QChar c)
 {

@@ -24,6 +24,8 @@ public:
     [[nodiscard]] static bool hasRawBytes(QStringView text);
     // For people: each raw byte as "\xHH" (upper-case hex), everything else as it stands.
     [[nodiscard]] static QString displayText(QStringView text);
+    // The UTF-8 form of one code point (a lone surrogate in its generalised form).
+    static void appendUtf8(QByteArray& out, char32_t codePoint);
     // The raw byte a character stands for, or -1 when it stands for itself.
     [[nodiscard]] static int rawByte(QChar c);
 };
