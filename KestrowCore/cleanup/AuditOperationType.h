@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/EnumCases.h"
+
 #include <QString>
 
 #include <optional>
@@ -10,7 +12,9 @@ namespace kestrow {
 // The pipeline writes dryRun, trash and purge; scan and restore are read but never written.
 class AuditOperationType {
 public:
-    enum Value : int { scan, dryRun, trash, purge, restore };
+    enum class Value { scan, dryRun, trash, purge, restore };
+    using enum Value;
+    static constexpr std::size_t count = 5;
 
     constexpr AuditOperationType(Value value)
         : m_value(value)
@@ -21,6 +25,10 @@ public:
     [[nodiscard]] QString text() const;
     // Exact and case-sensitive.
     [[nodiscard]] static std::optional<AuditOperationType> fromText(const QString& text);
+    [[nodiscard]] static constexpr std::array<AuditOperationType, count> allCases()
+    {
+        return enumCases<AuditOperationType, count>();
+    }
 
 private:
     Value m_value;

@@ -2,13 +2,17 @@
 
 #include <QString>
 
+#include <cstddef>
+
 namespace kestrow {
 
 // The outcome of one item of a pipeline run. `skipped` is part of the vocabulary only: the
 // pipeline never produces it.
 class TrashItemStatus {
 public:
-    enum Value : int { success, simulated, failed, skipped };
+    enum class Value { success, simulated, failed, skipped };
+    using enum Value;
+    static constexpr std::size_t count = 4;
 
     constexpr TrashItemStatus(Value value)
         : m_value(value)

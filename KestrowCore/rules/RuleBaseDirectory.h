@@ -1,8 +1,9 @@
 #pragma once
 
+#include "support/EnumCases.h"
+
 #include <QString>
 
-#include <array>
 #include <optional>
 
 namespace kestrow {
@@ -11,7 +12,9 @@ namespace kestrow {
 // self-contained strings, and this is vocabulary for tools that compose them.
 class RuleBaseDirectory {
 public:
-    enum Value : int { home, userCaches, userApplicationSupport, userDeveloper, systemLibrary, absolute };
+    enum class Value { home, userCaches, userApplicationSupport, userDeveloper, systemLibrary, absolute };
+    using enum Value;
+    static constexpr std::size_t count = 6;
 
     constexpr RuleBaseDirectory(Value value)
         : m_value(value)
@@ -22,9 +25,9 @@ public:
     // The encoded form: the case name.
     [[nodiscard]] QString rawValue() const;
     [[nodiscard]] static std::optional<RuleBaseDirectory> fromRawValue(const QString& raw);
-    [[nodiscard]] static constexpr std::array<RuleBaseDirectory, 6> allCases()
+    [[nodiscard]] static constexpr std::array<RuleBaseDirectory, count> allCases()
     {
-        return {home, userCaches, userApplicationSupport, userDeveloper, systemLibrary, absolute};
+        return enumCases<RuleBaseDirectory, count>();
     }
 
 private:

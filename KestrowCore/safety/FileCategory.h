@@ -1,8 +1,9 @@
 #pragma once
 
+#include "support/EnumCases.h"
+
 #include <QString>
 
-#include <array>
 #include <optional>
 
 namespace kestrow {
@@ -12,8 +13,9 @@ class JsonDecoder;
 // The seven coarse kinds of file of the space map. The raw value is the JSON form.
 class FileCategory {
 public:
-    enum Value : int { archives, diskImages, developerArtifacts, media, binaries, documents, other };
-    static constexpr int count = 7;
+    enum class Value { archives, diskImages, developerArtifacts, media, binaries, documents, other };
+    using enum Value;
+    static constexpr std::size_t count = 7;
 
     constexpr FileCategory(Value value)
         : m_value(value)
@@ -29,7 +31,7 @@ public:
     [[nodiscard]] static FileCategory decode(const JsonDecoder& decoder, const QString& key);
     [[nodiscard]] static constexpr std::array<FileCategory, count> allCases()
     {
-        return {archives, diskImages, developerArtifacts, media, binaries, documents, other};
+        return enumCases<FileCategory, count>();
     }
 
 private:

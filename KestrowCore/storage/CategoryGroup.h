@@ -1,8 +1,9 @@
 #pragma once
 
+#include "support/EnumCases.h"
+
 #include <QString>
 
-#include <array>
 #include <optional>
 
 namespace kestrow {
@@ -10,7 +11,9 @@ namespace kestrow {
 // The sidebar groups that categories fall into.
 class CategoryGroup {
 public:
-    enum Value : int { developer, system, applications, files, startup, dynamic };
+    enum class Value { developer, system, applications, files, startup, dynamic };
+    using enum Value;
+    static constexpr std::size_t count = 6;
 
     constexpr CategoryGroup(Value value)
         : m_value(value)
@@ -22,9 +25,9 @@ public:
     [[nodiscard]] QString displayName() const;
 
     [[nodiscard]] static std::optional<CategoryGroup> fromRawValue(const QString& raw);
-    [[nodiscard]] static constexpr std::array<CategoryGroup, 6> allCases()
+    [[nodiscard]] static constexpr std::array<CategoryGroup, count> allCases()
     {
-        return {developer, system, applications, files, startup, dynamic};
+        return enumCases<CategoryGroup, count>();
     }
 
 private:

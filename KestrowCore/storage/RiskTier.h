@@ -1,20 +1,21 @@
 #pragma once
 
+#include "support/EnumCases.h"
+
 #include <QString>
 
-namespace kestrow {
-class JsonDecoder;
-}
-
-#include <array>
 #include <optional>
 
 namespace kestrow {
 
-// How dangerous it is to remove an item. Tiers compare by ordinal: safeToDelete lowest.
+class JsonDecoder;
+
+// How dangerous it is to remove an item. Tiers compare in declaration order: safeToDelete lowest.
 class RiskTier {
 public:
-    enum Value : int { safeToDelete, reviewRequired, keep };
+    enum class Value { safeToDelete, reviewRequired, keep };
+    using enum Value;
+    static constexpr std::size_t count = 3;
 
     constexpr RiskTier(Value value)
         : m_value(value)
@@ -32,7 +33,7 @@ public:
     [[nodiscard]] static std::optional<RiskTier> fromRawValue(const QString& raw);
     // Strict raw value at `key`; throws JsonDecodingError.
     [[nodiscard]] static RiskTier decode(const JsonDecoder& decoder, const QString& key);
-    [[nodiscard]] static constexpr std::array<RiskTier, 3> allCases() { return {safeToDelete, reviewRequired, keep}; }
+    [[nodiscard]] static constexpr std::array<RiskTier, count> allCases() { return enumCases<RiskTier, count>(); }
 
 private:
     Value m_value;

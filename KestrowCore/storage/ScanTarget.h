@@ -1,11 +1,11 @@
 #pragma once
 
 #include "storage/StorageCategory.h"
+#include "support/EnumCases.h"
 
 #include <QString>
 #include <QStringList>
 
-#include <array>
 #include <optional>
 #include <vector>
 
@@ -14,8 +14,9 @@ namespace kestrow {
 // The switches a user can turn off. The raw value is the case name, as settings store it.
 class ScanTarget {
 public:
-    enum Value : int { uvPython, dockerVM, xcode, aiModels, npmBun, cargo, homebrew, systemCaches, browserCaches };
-    static constexpr int count = 9;
+    enum class Value { uvPython, dockerVM, xcode, aiModels, npmBun, cargo, homebrew, systemCaches, browserCaches };
+    using enum Value;
+    static constexpr std::size_t count = 9;
 
     constexpr ScanTarget(Value value)
         : m_value(value)
@@ -29,10 +30,7 @@ public:
     [[nodiscard]] QStringList ruleIdPrefixes() const;
 
     [[nodiscard]] static std::optional<ScanTarget> fromRawValue(const QString& raw);
-    [[nodiscard]] static constexpr std::array<ScanTarget, count> allCases()
-    {
-        return {uvPython, dockerVM, xcode, aiModels, npmBun, cargo, homebrew, systemCaches, browserCaches};
-    }
+    [[nodiscard]] static constexpr std::array<ScanTarget, count> allCases() { return enumCases<ScanTarget, count>(); }
 
 private:
     Value m_value;

@@ -2,23 +2,21 @@
 
 #include "storage/CategoryGroup.h"
 #include "storage/RiskTier.h"
+#include "support/EnumCases.h"
 
 #include <QString>
 
-namespace kestrow {
-class JsonDecoder;
-}
-
-#include <array>
 #include <optional>
 #include <set>
 
 namespace kestrow {
 
+class JsonDecoder;
+
 // The sixteen kinds of storage a scan reports. The raw value is the JSON and rule-file form.
 class StorageCategory {
 public:
-    enum Value : int {
+    enum class Value {
         developerCache,
         aiModelWeights,
         dockerVM,
@@ -36,7 +34,8 @@ public:
         dynamicRule,
         unknownAnomaly,
     };
-    static constexpr int count = 16;
+    using enum Value;
+    static constexpr std::size_t count = 16;
 
     constexpr StorageCategory(Value value)
         : m_value(value)
@@ -55,7 +54,10 @@ public:
     [[nodiscard]] static std::optional<StorageCategory> fromRawValue(const QString& raw);
     // Loose text as typed by a person or an agent: "DOCKER_VM", "docker_vm", "DockerVM".
     [[nodiscard]] static std::optional<StorageCategory> parse(const QString& text);
-    [[nodiscard]] static std::array<StorageCategory, count> allCases();
+    [[nodiscard]] static constexpr std::array<StorageCategory, count> allCases()
+    {
+        return enumCases<StorageCategory, count>();
+    }
     // Strict raw value at `key`; throws JsonDecodingError.
     [[nodiscard]] static StorageCategory decode(const JsonDecoder& decoder, const QString& key);
 

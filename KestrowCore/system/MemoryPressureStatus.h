@@ -2,12 +2,16 @@
 
 #include <QString>
 
+#include <cstddef>
+
 namespace kestrow {
 
 // How full memory is, judged from the share in use.
 class MemoryPressureStatus {
 public:
-    enum Value : int { normal, warning, critical };
+    enum class Value { normal, warning, critical };
+    using enum Value;
+    static constexpr std::size_t count = 3;
 
     constexpr MemoryPressureStatus(Value value)
         : m_value(value)

@@ -2,12 +2,16 @@
 
 #include <QString>
 
+#include <cstddef>
+
 namespace kestrow {
 
 // The thermal state as the vitals report it.
 class SystemThermalState {
 public:
-    enum Value : int { nominal, fair, serious, critical };
+    enum class Value { nominal, fair, serious, critical };
+    using enum Value;
+    static constexpr std::size_t count = 4;
 
     constexpr SystemThermalState(Value value)
         : m_value(value)
