@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/EnumCases.h"
+#include "support/EnumValue.h"
 
 #include <QString>
 
@@ -9,29 +9,17 @@
 namespace kestrow {
 
 // The sidebar groups that categories fall into.
-class CategoryGroup {
-public:
-    enum class Value { developer, system, applications, files, startup, dynamic };
-    using enum Value;
-    static constexpr std::size_t count = 6;
+enum class CategoryGroupValue { developer, system, applications, files, startup, dynamic };
 
-    constexpr CategoryGroup(Value value)
-        : m_value(value)
-    {
-    }
-    constexpr operator Value() const { return m_value; }
+class CategoryGroup : public EnumValue<CategoryGroup, CategoryGroupValue, 6> {
+public:
+    using EnumValue::EnumValue;
+    using enum CategoryGroupValue;
 
     [[nodiscard]] QString rawValue() const;
     [[nodiscard]] QString displayName() const;
 
     [[nodiscard]] static std::optional<CategoryGroup> fromRawValue(const QString& raw);
-    [[nodiscard]] static constexpr std::array<CategoryGroup, count> allCases()
-    {
-        return enumCases<CategoryGroup, count>();
-    }
-
-private:
-    Value m_value;
 };
 
 } // namespace kestrow

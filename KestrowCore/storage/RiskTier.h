@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/EnumCases.h"
+#include "support/EnumValue.h"
 
 #include <QString>
 
@@ -11,17 +11,12 @@ namespace kestrow {
 class JsonDecoder;
 
 // How dangerous it is to remove an item. Tiers compare in declaration order: safeToDelete lowest.
-class RiskTier {
-public:
-    enum class Value { safeToDelete, reviewRequired, keep };
-    using enum Value;
-    static constexpr std::size_t count = 3;
+enum class RiskTierValue { safeToDelete, reviewRequired, keep };
 
-    constexpr RiskTier(Value value)
-        : m_value(value)
-    {
-    }
-    constexpr operator Value() const { return m_value; }
+class RiskTier : public EnumValue<RiskTier, RiskTierValue, 3> {
+public:
+    using EnumValue::EnumValue;
+    using enum RiskTierValue;
 
     [[nodiscard]] QString rawValue() const;
     [[nodiscard]] QString displayName() const;
@@ -33,10 +28,6 @@ public:
     [[nodiscard]] static std::optional<RiskTier> fromRawValue(const QString& raw);
     // Strict raw value at `key`; throws JsonDecodingError.
     [[nodiscard]] static RiskTier decode(const JsonDecoder& decoder, const QString& key);
-    [[nodiscard]] static constexpr std::array<RiskTier, count> allCases() { return enumCases<RiskTier, count>(); }
-
-private:
-    Value m_value;
 };
 
 } // namespace kestrow

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "storage/StorageCategory.h"
-#include "support/EnumCases.h"
+#include "support/EnumValue.h"
 
 #include <QString>
 #include <QStringList>
@@ -12,17 +12,22 @@
 namespace kestrow {
 
 // The switches a user can turn off. The raw value is the case name, as settings store it.
-class ScanTarget {
-public:
-    enum class Value { uvPython, dockerVM, xcode, aiModels, npmBun, cargo, homebrew, systemCaches, browserCaches };
-    using enum Value;
-    static constexpr std::size_t count = 9;
+enum class ScanTargetValue {
+    uvPython,
+    dockerVM,
+    xcode,
+    aiModels,
+    npmBun,
+    cargo,
+    homebrew,
+    systemCaches,
+    browserCaches
+};
 
-    constexpr ScanTarget(Value value)
-        : m_value(value)
-    {
-    }
-    constexpr operator Value() const { return m_value; }
+class ScanTarget : public EnumValue<ScanTarget, ScanTargetValue, 9> {
+public:
+    using EnumValue::EnumValue;
+    using enum ScanTargetValue;
 
     [[nodiscard]] QString rawValue() const;
     [[nodiscard]] std::vector<StorageCategory> ownedCategories() const;
@@ -30,10 +35,6 @@ public:
     [[nodiscard]] QStringList ruleIdPrefixes() const;
 
     [[nodiscard]] static std::optional<ScanTarget> fromRawValue(const QString& raw);
-    [[nodiscard]] static constexpr std::array<ScanTarget, count> allCases() { return enumCases<ScanTarget, count>(); }
-
-private:
-    Value m_value;
 };
 
 } // namespace kestrow

@@ -2,7 +2,7 @@
 
 #include "storage/CategoryGroup.h"
 #include "storage/RiskTier.h"
-#include "support/EnumCases.h"
+#include "support/EnumValue.h"
 
 #include <QString>
 
@@ -14,34 +14,29 @@ namespace kestrow {
 class JsonDecoder;
 
 // The sixteen kinds of storage a scan reports. The raw value is the JSON and rule-file form.
-class StorageCategory {
-public:
-    enum class Value {
-        developerCache,
-        aiModelWeights,
-        dockerVM,
-        xcodeArtifacts,
-        strayDependencies,
-        systemCaches,
-        systemLogs,
-        crashReports,
-        mailDownloads,
-        browserCaches,
-        applicationBundles,
-        leftovers,
-        largeFiles,
-        startupItems,
-        dynamicRule,
-        unknownAnomaly,
-    };
-    using enum Value;
-    static constexpr std::size_t count = 16;
+enum class StorageCategoryValue {
+    developerCache,
+    aiModelWeights,
+    dockerVM,
+    xcodeArtifacts,
+    strayDependencies,
+    systemCaches,
+    systemLogs,
+    crashReports,
+    mailDownloads,
+    browserCaches,
+    applicationBundles,
+    leftovers,
+    largeFiles,
+    startupItems,
+    dynamicRule,
+    unknownAnomaly,
+};
 
-    constexpr StorageCategory(Value value)
-        : m_value(value)
-    {
-    }
-    constexpr operator Value() const { return m_value; }
+class StorageCategory : public EnumValue<StorageCategory, StorageCategoryValue, 16> {
+public:
+    using EnumValue::EnumValue;
+    using enum StorageCategoryValue;
 
     [[nodiscard]] QString rawValue() const;
     [[nodiscard]] QString id() const { return rawValue(); }
@@ -54,15 +49,8 @@ public:
     [[nodiscard]] static std::optional<StorageCategory> fromRawValue(const QString& raw);
     // Loose text as typed by a person or an agent: "DOCKER_VM", "docker_vm", "DockerVM".
     [[nodiscard]] static std::optional<StorageCategory> parse(const QString& text);
-    [[nodiscard]] static constexpr std::array<StorageCategory, count> allCases()
-    {
-        return enumCases<StorageCategory, count>();
-    }
     // Strict raw value at `key`; throws JsonDecodingError.
     [[nodiscard]] static StorageCategory decode(const JsonDecoder& decoder, const QString& key);
-
-private:
-    Value m_value;
 };
 
 // A set of categories, iterated in case order.

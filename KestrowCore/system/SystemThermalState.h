@@ -1,30 +1,22 @@
 #pragma once
 
-#include <QString>
+#include "support/EnumValue.h"
 
-#include <cstddef>
+#include <QString>
 
 namespace kestrow {
 
 // The thermal state as the vitals report it.
-class SystemThermalState {
-public:
-    enum class Value { nominal, fair, serious, critical };
-    using enum Value;
-    static constexpr std::size_t count = 4;
+enum class SystemThermalStateValue { nominal, fair, serious, critical };
 
-    constexpr SystemThermalState(Value value)
-        : m_value(value)
-    {
-    }
-    constexpr operator Value() const { return m_value; }
+class SystemThermalState : public EnumValue<SystemThermalState, SystemThermalStateValue, 4> {
+public:
+    using EnumValue::EnumValue;
+    using enum SystemThermalStateValue;
 
     // The platform's value: 0 to 3 in order; anything else is nominal.
     [[nodiscard]] static SystemThermalState fromPlatformValue(int value);
     [[nodiscard]] QString rawValue() const;
-
-private:
-    Value m_value;
 };
 
 } // namespace kestrow

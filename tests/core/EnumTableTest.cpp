@@ -1,5 +1,5 @@
 #include "support/EnumTable.h"
-#include "support/EnumCases.h"
+#include "support/EnumValue.h"
 
 #include <gtest/gtest.h>
 
@@ -7,20 +7,12 @@ using namespace kestrow;
 
 namespace {
 
-class Fruit {
+enum class FruitValue { apple, pear, plum };
+
+class Fruit : public EnumValue<Fruit, FruitValue, 3> {
 public:
-    enum class Value { apple, pear, plum };
-    using enum Value;
-    static constexpr std::size_t count = 3;
-
-    constexpr Fruit(Value value)
-        : m_value(value)
-    {
-    }
-    constexpr operator Value() const { return m_value; }
-
-private:
-    Value m_value;
+    using EnumValue::EnumValue;
+    using enum FruitValue;
 };
 
 struct FruitRow {
@@ -46,13 +38,13 @@ static_assert(!swapped.isInDeclarationOrder());
 constexpr EnumTable<FruitRow, Fruit::count> tooShort{{{{Fruit::apple, "APPLE", "Apple"}}}};
 static_assert(!tooShort.isInDeclarationOrder());
 
-static_assert(Fruit::Value(enumCases<Fruit, Fruit::count>()[2]) == Fruit::plum);
+static_assert(Fruit::Value(Fruit::allCases()[2]) == Fruit::plum);
 
 } // namespace
 
 TEST(EnumTable, EveryCaseRoundTripsThroughItsRawValueExactly)
 {
-    for (const Fruit fruit : enumCases<Fruit, Fruit::count>())
+    for (const Fruit fruit : Fruit::allCases())
         EXPECT_EQ(fruits.fromRawValue(fruits.rawValue(fruit)), Fruit::Value(fruit));
     EXPECT_EQ(fruits.rawValue(Fruit::pear), QStringLiteral("PEAR"));
     EXPECT_EQ(fruits.text(Fruit::pear, &FruitRow::displayName), QStringLiteral("Pear \u00e0 la carte"));
