@@ -6,12 +6,7 @@ namespace kestrow {
 
 namespace {
 
-struct OperationRow {
-    AuditOperationType::Value value;
-    const char* rawValue;
-};
-
-constexpr EnumTable<OperationRow, AuditOperationType::count> operations{{{
+constexpr RawValueTable<AuditOperationType> operations{{{
     {AuditOperationType::scan, "scan"},
     {AuditOperationType::dryRun, "dry_run"},
     {AuditOperationType::trash, "trash"},

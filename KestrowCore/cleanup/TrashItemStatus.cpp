@@ -6,12 +6,7 @@ namespace kestrow {
 
 namespace {
 
-struct StatusRow {
-    TrashItemStatus::Value value;
-    const char* rawValue;
-};
-
-constexpr EnumTable<StatusRow, TrashItemStatus::count> statuses{{{
+constexpr RawValueTable<TrashItemStatus> statuses{{{
     {TrashItemStatus::success, "SUCCESS"},
     {TrashItemStatus::simulated, "SIMULATED"},
     {TrashItemStatus::failed, "FAILED"},

@@ -6,12 +6,7 @@ namespace kestrow {
 
 namespace {
 
-struct DirectoryRow {
-    RuleBaseDirectory::Value value;
-    const char* rawValue;
-};
-
-constexpr EnumTable<DirectoryRow, RuleBaseDirectory::count> directories{{{
+constexpr RawValueTable<RuleBaseDirectory> directories{{{
     {RuleBaseDirectory::home, "home"},
     {RuleBaseDirectory::userCaches, "userCaches"},
     {RuleBaseDirectory::userApplicationSupport, "userApplicationSupport"},

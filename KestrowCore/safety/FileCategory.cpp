@@ -6,12 +6,7 @@ namespace kestrow {
 
 namespace {
 
-struct FileCategoryRow {
-    FileCategory::Value value;
-    const char* rawValue;
-};
-
-constexpr EnumTable<FileCategoryRow, FileCategory::count> fileCategories{{{
+constexpr RawValueTable<FileCategory> fileCategories{{{
     {FileCategory::archives, "ARCHIVES"},
     {FileCategory::diskImages, "DISK_IMAGES"},
     {FileCategory::developerArtifacts, "DEVELOPER_ARTIFACTS"},

@@ -58,4 +58,11 @@ template <typename Row, std::size_t count> struct EnumTable {
     }
 };
 
+// The row and the table of an enumeration whose only column is its raw value.
+template <typename Value> struct RawValueRow {
+    Value value;
+    const char* rawValue;
+};
+template <typename Enum> using RawValueTable = EnumTable<RawValueRow<typename Enum::Value>, Enum::count>;
+
 } // namespace kestrow

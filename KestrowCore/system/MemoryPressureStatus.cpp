@@ -6,12 +6,7 @@ namespace kestrow {
 
 namespace {
 
-struct PressureRow {
-    MemoryPressureStatus::Value value;
-    const char* rawValue;
-};
-
-constexpr EnumTable<PressureRow, MemoryPressureStatus::count> pressures{{{
+constexpr RawValueTable<MemoryPressureStatus> pressures{{{
     {MemoryPressureStatus::normal, "NORMAL"},
     {MemoryPressureStatus::warning, "WARNING"},
     {MemoryPressureStatus::critical, "CRITICAL"},

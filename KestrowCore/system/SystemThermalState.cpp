@@ -6,12 +6,7 @@ namespace kestrow {
 
 namespace {
 
-struct ThermalRow {
-    SystemThermalState::Value value;
-    const char* rawValue;
-};
-
-constexpr EnumTable<ThermalRow, SystemThermalState::count> thermalStates{{{
+constexpr RawValueTable<SystemThermalState> thermalStates{{{
     {SystemThermalState::nominal, "NOMINAL"},
     {SystemThermalState::fair, "FAIR"},
     {SystemThermalState::serious, "SERIOUS"},
