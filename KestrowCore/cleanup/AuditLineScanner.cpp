@@ -33,9 +33,7 @@ enum Key : unsigned {
 constexpr std::array<std::string_view, keyCount> keyNames{"bytesFreed",  "client",        "durationMs", "itemsCount",
                                                           "operationId", "operationType", "paths",      "previousHash",
                                                           "rollingHash", "timestamp"};
-constexpr std::array<AuditOperationType::Value, 5> operationTypes{AuditOperationType::scan, AuditOperationType::dryRun,
-                                                                  AuditOperationType::trash, AuditOperationType::purge,
-                                                                  AuditOperationType::restore};
+constexpr auto operationTypes = AuditOperationType::allCases();
 constexpr unsigned requiredKeys = ((1u << keyCount) - 1) & ~(1u << durationMs);
 
 // Integers of up to 15 digits are exact in a double, which is how the full decoder reads them.
@@ -182,13 +180,13 @@ private:
             static const std::array<QByteArray, operationTypes.size()> texts = [] {
                 std::array<QByteArray, operationTypes.size()> bytes;
                 for (size_t i = 0; i < operationTypes.size(); ++i)
-                    bytes[i] = AuditOperationType(operationTypes[i]).text().toLatin1();
+                    bytes[i] = operationTypes[i].text().toLatin1();
                 return bytes;
             }();
             const auto found = std::find(texts.begin(), texts.end(), QByteArrayView(plain.data(), plain.size()));
             if (found == texts.end())
                 return std::nullopt;
-            return AuditOperationType(operationTypes[static_cast<size_t>(found - texts.begin())]);
+            return operationTypes[static_cast<size_t>(found - texts.begin())];
         }
         m_p = start;
         QString text;

@@ -1,39 +1,30 @@
 #include "cleanup/AuditOperationType.h"
 
-#include <array>
+#include "support/EnumTable.h"
 
 namespace kestrow {
 
 namespace {
-constexpr std::array<AuditOperationType::Value, 5> allValues{AuditOperationType::scan, AuditOperationType::dryRun,
-                                                             AuditOperationType::trash, AuditOperationType::purge,
-                                                             AuditOperationType::restore};
-}
+
+constexpr RawValueTable<AuditOperationType> operations{{{
+    {AuditOperationType::scan, "scan"},
+    {AuditOperationType::dryRun, "dry_run"},
+    {AuditOperationType::trash, "trash"},
+    {AuditOperationType::purge, "purge"},
+    {AuditOperationType::restore, "restore"},
+}}};
+static_assert(operations.isInDeclarationOrder());
+
+} // namespace
 
 QString AuditOperationType::text() const
 {
-    switch (m_value) {
-    case scan:
-        return QStringLiteral("scan");
-    case dryRun:
-        return QStringLiteral("dry_run");
-    case trash:
-        return QStringLiteral("trash");
-    case purge:
-        return QStringLiteral("purge");
-    case restore:
-        return QStringLiteral("restore");
-    }
-    return {};
+    return operations.rawValue(m_value);
 }
 
 std::optional<AuditOperationType> AuditOperationType::fromText(const QString& text)
 {
-    for (const Value value : allValues) {
-        if (AuditOperationType(value).text() == text)
-            return AuditOperationType(value);
-    }
-    return std::nullopt;
+    return operations.fromRawValue(text);
 }
 
 } // namespace kestrow

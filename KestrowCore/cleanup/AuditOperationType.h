@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/EnumValue.h"
+
 #include <QString>
 
 #include <optional>
@@ -8,22 +10,16 @@ namespace kestrow {
 
 // What kind of run an audit line records. The text is the form in the line and in the hash.
 // The pipeline writes dryRun, trash and purge; scan and restore are read but never written.
-class AuditOperationType {
-public:
-    enum Value : int { scan, dryRun, trash, purge, restore };
+enum class AuditOperationTypeValue { scan, dryRun, trash, purge, restore };
 
-    constexpr AuditOperationType(Value value)
-        : m_value(value)
-    {
-    }
-    constexpr operator Value() const { return m_value; }
+class AuditOperationType : public EnumValue<AuditOperationType, AuditOperationTypeValue, 5> {
+public:
+    using EnumValue::EnumValue;
+    using enum AuditOperationTypeValue;
 
     [[nodiscard]] QString text() const;
     // Exact and case-sensitive.
     [[nodiscard]] static std::optional<AuditOperationType> fromText(const QString& text);
-
-private:
-    Value m_value;
 };
 
 } // namespace kestrow

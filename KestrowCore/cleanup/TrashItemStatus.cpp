@@ -1,20 +1,24 @@
 #include "cleanup/TrashItemStatus.h"
 
+#include "support/EnumTable.h"
+
 namespace kestrow {
+
+namespace {
+
+constexpr RawValueTable<TrashItemStatus> statuses{{{
+    {TrashItemStatus::success, "SUCCESS"},
+    {TrashItemStatus::simulated, "SIMULATED"},
+    {TrashItemStatus::failed, "FAILED"},
+    {TrashItemStatus::skipped, "SKIPPED"},
+}}};
+static_assert(statuses.isInDeclarationOrder());
+
+} // namespace
 
 QString TrashItemStatus::rawValue() const
 {
-    switch (m_value) {
-    case success:
-        return QStringLiteral("SUCCESS");
-    case simulated:
-        return QStringLiteral("SIMULATED");
-    case failed:
-        return QStringLiteral("FAILED");
-    case skipped:
-        return QStringLiteral("SKIPPED");
-    }
-    return {};
+    return statuses.rawValue(m_value);
 }
 
 } // namespace kestrow

@@ -1,27 +1,23 @@
 #pragma once
 
+#include "support/EnumValue.h"
+
 #include <QString>
 
 namespace kestrow {
 
 // The outcome of one item of a pipeline run. `skipped` is part of the vocabulary only: the
 // pipeline never produces it.
-class TrashItemStatus {
-public:
-    enum Value : int { success, simulated, failed, skipped };
+enum class TrashItemStatusValue { success, simulated, failed, skipped };
 
-    constexpr TrashItemStatus(Value value)
-        : m_value(value)
-    {
-    }
-    constexpr operator Value() const { return m_value; }
+class TrashItemStatus : public EnumValue<TrashItemStatus, TrashItemStatusValue, 4> {
+public:
+    using EnumValue::EnumValue;
+    using enum TrashItemStatusValue;
 
     [[nodiscard]] QString rawValue() const;
     // Moved, deleted, or (in a dry run) checked and measured: what counts as freed.
     [[nodiscard]] constexpr bool countsAsFreed() const { return m_value == success || m_value == simulated; }
-
-private:
-    Value m_value;
 };
 
 } // namespace kestrow

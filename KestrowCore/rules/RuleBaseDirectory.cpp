@@ -1,32 +1,31 @@
 #include "rules/RuleBaseDirectory.h"
 
+#include "support/EnumTable.h"
+
 namespace kestrow {
+
+namespace {
+
+constexpr RawValueTable<RuleBaseDirectory> directories{{{
+    {RuleBaseDirectory::home, "home"},
+    {RuleBaseDirectory::userCaches, "userCaches"},
+    {RuleBaseDirectory::userApplicationSupport, "userApplicationSupport"},
+    {RuleBaseDirectory::userDeveloper, "userDeveloper"},
+    {RuleBaseDirectory::systemLibrary, "systemLibrary"},
+    {RuleBaseDirectory::absolute, "absolute"},
+}}};
+static_assert(directories.isInDeclarationOrder());
+
+} // namespace
 
 QString RuleBaseDirectory::rawValue() const
 {
-    switch (m_value) {
-    case home:
-        return QStringLiteral("home");
-    case userCaches:
-        return QStringLiteral("userCaches");
-    case userApplicationSupport:
-        return QStringLiteral("userApplicationSupport");
-    case userDeveloper:
-        return QStringLiteral("userDeveloper");
-    case systemLibrary:
-        return QStringLiteral("systemLibrary");
-    case absolute:
-        return QStringLiteral("absolute");
-    }
-    return {};
+    return directories.rawValue(m_value);
 }
 
 std::optional<RuleBaseDirectory> RuleBaseDirectory::fromRawValue(const QString& raw)
 {
-    for (const RuleBaseDirectory directory : allCases())
-        if (directory.rawValue() == raw)
-            return directory;
-    return std::nullopt;
+    return directories.fromRawValue(raw);
 }
 
 } // namespace kestrow

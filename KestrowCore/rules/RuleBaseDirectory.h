@@ -1,34 +1,25 @@
 #pragma once
 
+#include "support/EnumValue.h"
+
 #include <QString>
 
-#include <array>
 #include <optional>
 
 namespace kestrow {
 
 // Named base folders for building rule patterns. No rule carries one: patterns are
 // self-contained strings, and this is vocabulary for tools that compose them.
-class RuleBaseDirectory {
-public:
-    enum Value : int { home, userCaches, userApplicationSupport, userDeveloper, systemLibrary, absolute };
+enum class RuleBaseDirectoryValue { home, userCaches, userApplicationSupport, userDeveloper, systemLibrary, absolute };
 
-    constexpr RuleBaseDirectory(Value value)
-        : m_value(value)
-    {
-    }
-    constexpr operator Value() const { return m_value; }
+class RuleBaseDirectory : public EnumValue<RuleBaseDirectory, RuleBaseDirectoryValue, 6> {
+public:
+    using EnumValue::EnumValue;
+    using enum RuleBaseDirectoryValue;
 
     // The encoded form: the case name.
     [[nodiscard]] QString rawValue() const;
     [[nodiscard]] static std::optional<RuleBaseDirectory> fromRawValue(const QString& raw);
-    [[nodiscard]] static constexpr std::array<RuleBaseDirectory, 6> allCases()
-    {
-        return {home, userCaches, userApplicationSupport, userDeveloper, systemLibrary, absolute};
-    }
-
-private:
-    Value m_value;
 };
 
 } // namespace kestrow

@@ -1,44 +1,37 @@
 #include "safety/FileCategory.h"
 
-#include "support/JsonDecoder.h"
+#include "support/EnumTable.h"
 
 namespace kestrow {
 
+namespace {
+
+constexpr RawValueTable<FileCategory> fileCategories{{{
+    {FileCategory::archives, "ARCHIVES"},
+    {FileCategory::diskImages, "DISK_IMAGES"},
+    {FileCategory::developerArtifacts, "DEVELOPER_ARTIFACTS"},
+    {FileCategory::media, "MEDIA"},
+    {FileCategory::binaries, "BINARIES"},
+    {FileCategory::documents, "DOCUMENTS"},
+    {FileCategory::other, "OTHER"},
+}}};
+static_assert(fileCategories.isInDeclarationOrder());
+
+} // namespace
+
 QString FileCategory::rawValue() const
 {
-    switch (m_value) {
-    case archives:
-        return QStringLiteral("ARCHIVES");
-    case diskImages:
-        return QStringLiteral("DISK_IMAGES");
-    case developerArtifacts:
-        return QStringLiteral("DEVELOPER_ARTIFACTS");
-    case media:
-        return QStringLiteral("MEDIA");
-    case binaries:
-        return QStringLiteral("BINARIES");
-    case documents:
-        return QStringLiteral("DOCUMENTS");
-    case other:
-        return QStringLiteral("OTHER");
-    }
-    return {};
+    return fileCategories.rawValue(m_value);
 }
 
 std::optional<FileCategory> FileCategory::fromRawValue(const QString& raw)
 {
-    for (const FileCategory category : allCases())
-        if (category.rawValue() == raw)
-            return category;
-    return std::nullopt;
+    return fileCategories.fromRawValue(raw);
 }
 
 FileCategory FileCategory::decode(const JsonDecoder& decoder, const QString& key)
 {
-    const auto category = fromRawValue(decoder.string(key));
-    if (!category)
-        decoder.fail(key, QStringLiteral("unknown file category"));
-    return *category;
+    return fileCategories.decode(decoder, key, "unknown file category");
 }
 
 } // namespace kestrow

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "support/EnumValue.h"
+
 #include <QString>
 
-#include <array>
 #include <optional>
 
 namespace kestrow {
@@ -10,16 +11,12 @@ namespace kestrow {
 class JsonDecoder;
 
 // The seven coarse kinds of file of the space map. The raw value is the JSON form.
-class FileCategory {
-public:
-    enum Value : int { archives, diskImages, developerArtifacts, media, binaries, documents, other };
-    static constexpr int count = 7;
+enum class FileCategoryValue { archives, diskImages, developerArtifacts, media, binaries, documents, other };
 
-    constexpr FileCategory(Value value)
-        : m_value(value)
-    {
-    }
-    constexpr operator Value() const { return m_value; }
+class FileCategory : public EnumValue<FileCategory, FileCategoryValue, 7> {
+public:
+    using EnumValue::EnumValue;
+    using enum FileCategoryValue;
 
     [[nodiscard]] QString rawValue() const;
 
@@ -27,13 +24,6 @@ public:
     [[nodiscard]] static std::optional<FileCategory> fromRawValue(const QString& raw);
     // Strict raw value at `key`; throws JsonDecodingError.
     [[nodiscard]] static FileCategory decode(const JsonDecoder& decoder, const QString& key);
-    [[nodiscard]] static constexpr std::array<FileCategory, count> allCases()
-    {
-        return {archives, diskImages, developerArtifacts, media, binaries, documents, other};
-    }
-
-private:
-    Value m_value;
 };
 
 } // namespace kestrow

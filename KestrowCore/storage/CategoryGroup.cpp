@@ -1,51 +1,42 @@
 #include "storage/CategoryGroup.h"
 
+#include "support/EnumTable.h"
+
 namespace kestrow {
+
+namespace {
+
+struct GroupRow {
+    CategoryGroup::Value value;
+    const char* rawValue;
+    const char* displayName;
+};
+
+constexpr EnumTable<GroupRow, CategoryGroup::count> groups{{{
+    {CategoryGroup::developer, "DEVELOPER", "Developer & AI"},
+    {CategoryGroup::system, "SYSTEM", "System Junk"},
+    {CategoryGroup::applications, "APPLICATIONS", "Applications & Leftovers"},
+    {CategoryGroup::files, "FILES", "Large & Old Files"},
+    {CategoryGroup::startup, "STARTUP", "Startup Items"},
+    {CategoryGroup::dynamic, "DYNAMIC", "Adaptive Rules"},
+}}};
+static_assert(groups.isInDeclarationOrder());
+
+} // namespace
 
 QString CategoryGroup::rawValue() const
 {
-    switch (m_value) {
-    case developer:
-        return QStringLiteral("DEVELOPER");
-    case system:
-        return QStringLiteral("SYSTEM");
-    case applications:
-        return QStringLiteral("APPLICATIONS");
-    case files:
-        return QStringLiteral("FILES");
-    case startup:
-        return QStringLiteral("STARTUP");
-    case dynamic:
-        return QStringLiteral("DYNAMIC");
-    }
-    return {};
+    return groups.rawValue(m_value);
 }
 
 QString CategoryGroup::displayName() const
 {
-    switch (m_value) {
-    case developer:
-        return QStringLiteral("Developer & AI");
-    case system:
-        return QStringLiteral("System Junk");
-    case applications:
-        return QStringLiteral("Applications & Leftovers");
-    case files:
-        return QStringLiteral("Large & Old Files");
-    case startup:
-        return QStringLiteral("Startup Items");
-    case dynamic:
-        return QStringLiteral("Adaptive Rules");
-    }
-    return {};
+    return groups.text(m_value, &GroupRow::displayName);
 }
 
 std::optional<CategoryGroup> CategoryGroup::fromRawValue(const QString& raw)
 {
-    for (const CategoryGroup group : allCases())
-        if (group.rawValue() == raw)
-            return group;
-    return std::nullopt;
+    return groups.fromRawValue(raw);
 }
 
 } // namespace kestrow

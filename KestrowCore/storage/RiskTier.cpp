@@ -1,62 +1,50 @@
 #include "storage/RiskTier.h"
 
-#include "support/JsonDecoder.h"
+#include "support/EnumTable.h"
 
 namespace kestrow {
 
+namespace {
+
+struct TierRow {
+    RiskTier::Value value;
+    const char* rawValue;
+    const char* displayName;
+    const char* symbolName;
+};
+
+constexpr EnumTable<TierRow, RiskTier::count> tiers{{{
+    {RiskTier::safeToDelete, "SAFE_TO_DELETE", "Safe to Clean", "checkmark.shield.fill"},
+    {RiskTier::reviewRequired, "REVIEW_REQUIRED", "Review Required", "exclamationmark.triangle.fill"},
+    {RiskTier::keep, "KEEP", "Protected (Keep)", "lock.shield.fill"},
+}}};
+static_assert(tiers.isInDeclarationOrder());
+
+} // namespace
+
 QString RiskTier::rawValue() const
 {
-    switch (m_value) {
-    case safeToDelete:
-        return QStringLiteral("SAFE_TO_DELETE");
-    case reviewRequired:
-        return QStringLiteral("REVIEW_REQUIRED");
-    case keep:
-        return QStringLiteral("KEEP");
-    }
-    return {};
+    return tiers.rawValue(m_value);
 }
 
 QString RiskTier::displayName() const
 {
-    switch (m_value) {
-    case safeToDelete:
-        return QStringLiteral("Safe to Clean");
-    case reviewRequired:
-        return QStringLiteral("Review Required");
-    case keep:
-        return QStringLiteral("Protected (Keep)");
-    }
-    return {};
+    return tiers.text(m_value, &TierRow::displayName);
 }
 
 QString RiskTier::symbolName() const
 {
-    switch (m_value) {
-    case safeToDelete:
-        return QStringLiteral("checkmark.shield.fill");
-    case reviewRequired:
-        return QStringLiteral("exclamationmark.triangle.fill");
-    case keep:
-        return QStringLiteral("lock.shield.fill");
-    }
-    return {};
+    return tiers.text(m_value, &TierRow::symbolName);
 }
 
 std::optional<RiskTier> RiskTier::fromRawValue(const QString& raw)
 {
-    for (const RiskTier tier : allCases())
-        if (tier.rawValue() == raw)
-            return tier;
-    return std::nullopt;
+    return tiers.fromRawValue(raw);
 }
 
 RiskTier RiskTier::decode(const JsonDecoder& decoder, const QString& key)
 {
-    const auto tier = fromRawValue(decoder.string(key));
-    if (!tier)
-        decoder.fail(key, QStringLiteral("unknown risk tier"));
-    return *tier;
+    return tiers.decode(decoder, key, "unknown risk tier");
 }
 
 } // namespace kestrow

@@ -1,26 +1,22 @@
 #pragma once
 
+#include "support/EnumValue.h"
+
 #include <QString>
 
-namespace kestrow {
-class JsonDecoder;
-}
-
-#include <array>
 #include <optional>
 
 namespace kestrow {
 
-// How dangerous it is to remove an item. Tiers compare by ordinal: safeToDelete lowest.
-class RiskTier {
-public:
-    enum Value : int { safeToDelete, reviewRequired, keep };
+class JsonDecoder;
 
-    constexpr RiskTier(Value value)
-        : m_value(value)
-    {
-    }
-    constexpr operator Value() const { return m_value; }
+// How dangerous it is to remove an item. Tiers compare in declaration order: safeToDelete lowest.
+enum class RiskTierValue { safeToDelete, reviewRequired, keep };
+
+class RiskTier : public EnumValue<RiskTier, RiskTierValue, 3> {
+public:
+    using EnumValue::EnumValue;
+    using enum RiskTierValue;
 
     [[nodiscard]] QString rawValue() const;
     [[nodiscard]] QString displayName() const;
@@ -32,10 +28,6 @@ public:
     [[nodiscard]] static std::optional<RiskTier> fromRawValue(const QString& raw);
     // Strict raw value at `key`; throws JsonDecodingError.
     [[nodiscard]] static RiskTier decode(const JsonDecoder& decoder, const QString& key);
-    [[nodiscard]] static constexpr std::array<RiskTier, 3> allCases() { return {safeToDelete, reviewRequired, keep}; }
-
-private:
-    Value m_value;
 };
 
 } // namespace kestrow

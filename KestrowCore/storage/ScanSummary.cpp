@@ -27,7 +27,7 @@ ScanSummary ScanSummary::from(const std::vector<DiscoveredItem>& items)
     ScanSummary summary;
     std::array<std::optional<CategorySummary>, StorageCategory::count> groups;
     for (const DiscoveredItem& item : items) {
-        auto& group = groups[static_cast<size_t>(static_cast<int>(item.category))];
+        auto& group = groups[static_cast<size_t>(StorageCategory::Value(item.category))];
         if (!group)
             group = CategorySummary{.category = item.category, .riskTier = item.riskTier};
         group->riskTier = std::max(group->riskTier, item.riskTier);

@@ -1,117 +1,91 @@
 #include "storage/ScanTarget.h"
 
+#include "support/EnumTable.h"
+
+#include <initializer_list>
+
 namespace kestrow {
+
+namespace {
+
+struct TargetRow {
+    ScanTarget::Value value;
+    const char* rawValue;
+    std::initializer_list<StorageCategory::Value> ownedCategories;
+    std::initializer_list<const char*> homeRelativePaths;
+    std::initializer_list<const char*> ruleIdPrefixes;
+};
+
+using Category = StorageCategory;
+
+constexpr EnumTable<TargetRow, ScanTarget::count> targets{{{
+    {ScanTarget::uvPython,
+     "uvPython",
+     {},
+     {".cache/uv", "Library/Caches/uv", ".cache/pip", "Library/Caches/pip"},
+     {"dev.uv.", "dev.pip."}},
+    {ScanTarget::dockerVM, "dockerVM", {Category::dockerVM}, {"Library/Containers/com.docker.docker"}, {"dev.docker."}},
+    {ScanTarget::xcode,
+     "xcode",
+     {Category::xcodeArtifacts},
+     {"Library/Developer/Xcode", "Library/Developer/CoreSimulator/Caches"},
+     {"dev.xcode."}},
+    {ScanTarget::aiModels,
+     "aiModels",
+     {Category::aiModelWeights},
+     {".cache/huggingface", ".cache/whisper", ".ollama", ".cache/lm-studio", ".lmstudio", ".cache/vllm", ".vllm"},
+     {"ai."}},
+    {ScanTarget::npmBun,
+     "npmBun",
+     {},
+     {".npm", ".bun", ".pnpm-store", ".local/share/pnpm", "Library/pnpm"},
+     {"dev.npm.", "dev.bun.", "dev.pnpm."}},
+    {ScanTarget::cargo, "cargo", {}, {".cargo"}, {"dev.cargo."}},
+    {ScanTarget::homebrew, "homebrew", {}, {"Library/Caches/Homebrew"}, {"dev.homebrew."}},
+    {ScanTarget::systemCaches,
+     "systemCaches",
+     {Category::systemCaches, Category::systemLogs, Category::crashReports},
+     {},
+     {"sys.user.caches", "sys.user.logs", "sys.crash."}},
+    {ScanTarget::browserCaches, "browserCaches", {Category::browserCaches}, {}, {"sys.browser."}},
+}}};
+static_assert(targets.isInDeclarationOrder());
+
+QStringList texts(std::initializer_list<const char*> column)
+{
+    QStringList result;
+    result.reserve(static_cast<qsizetype>(column.size()));
+    for (const char* text : column)
+        result.append(QString::fromUtf8(text));
+    return result;
+}
+
+} // namespace
 
 QString ScanTarget::rawValue() const
 {
-    switch (m_value) {
-    case uvPython:
-        return QStringLiteral("uvPython");
-    case dockerVM:
-        return QStringLiteral("dockerVM");
-    case xcode:
-        return QStringLiteral("xcode");
-    case aiModels:
-        return QStringLiteral("aiModels");
-    case npmBun:
-        return QStringLiteral("npmBun");
-    case cargo:
-        return QStringLiteral("cargo");
-    case homebrew:
-        return QStringLiteral("homebrew");
-    case systemCaches:
-        return QStringLiteral("systemCaches");
-    case browserCaches:
-        return QStringLiteral("browserCaches");
-    }
-    return {};
+    return targets.rawValue(m_value);
 }
 
 std::vector<StorageCategory> ScanTarget::ownedCategories() const
 {
-    switch (m_value) {
-    case dockerVM:
-        return {StorageCategory::dockerVM};
-    case xcode:
-        return {StorageCategory::xcodeArtifacts};
-    case aiModels:
-        return {StorageCategory::aiModelWeights};
-    case systemCaches:
-        return {StorageCategory::systemCaches, StorageCategory::systemLogs, StorageCategory::crashReports};
-    case browserCaches:
-        return {StorageCategory::browserCaches};
-    case uvPython:
-    case npmBun:
-    case cargo:
-    case homebrew:
-        break;
-    }
-    return {};
+    const auto& owned = targets[m_value].ownedCategories;
+    return {owned.begin(), owned.end()};
 }
 
 QStringList ScanTarget::homeRelativePaths() const
 {
-    switch (m_value) {
-    case uvPython:
-        return {QStringLiteral(".cache/uv"), QStringLiteral("Library/Caches/uv"), QStringLiteral(".cache/pip"),
-                QStringLiteral("Library/Caches/pip")};
-    case dockerVM:
-        return {QStringLiteral("Library/Containers/com.docker.docker")};
-    case xcode:
-        return {QStringLiteral("Library/Developer/Xcode"), QStringLiteral("Library/Developer/CoreSimulator/Caches")};
-    case aiModels:
-        return {QStringLiteral(".cache/huggingface"),
-                QStringLiteral(".cache/whisper"),
-                QStringLiteral(".ollama"),
-                QStringLiteral(".cache/lm-studio"),
-                QStringLiteral(".lmstudio"),
-                QStringLiteral(".cache/vllm"),
-                QStringLiteral(".vllm")};
-    case npmBun:
-        return {QStringLiteral(".npm"), QStringLiteral(".bun"), QStringLiteral(".pnpm-store"),
-                QStringLiteral(".local/share/pnpm"), QStringLiteral("Library/pnpm")};
-    case cargo:
-        return {QStringLiteral(".cargo")};
-    case homebrew:
-        return {QStringLiteral("Library/Caches/Homebrew")};
-    case systemCaches:
-    case browserCaches:
-        break;
-    }
-    return {};
+    return texts(targets[m_value].homeRelativePaths);
 }
 
 QStringList ScanTarget::ruleIdPrefixes() const
 {
-    switch (m_value) {
-    case uvPython:
-        return {QStringLiteral("dev.uv."), QStringLiteral("dev.pip.")};
-    case dockerVM:
-        return {QStringLiteral("dev.docker.")};
-    case xcode:
-        return {QStringLiteral("dev.xcode.")};
-    case aiModels:
-        return {QStringLiteral("ai.")};
-    case npmBun:
-        return {QStringLiteral("dev.npm."), QStringLiteral("dev.bun."), QStringLiteral("dev.pnpm.")};
-    case cargo:
-        return {QStringLiteral("dev.cargo.")};
-    case homebrew:
-        return {QStringLiteral("dev.homebrew.")};
-    case systemCaches:
-        return {QStringLiteral("sys.user.caches"), QStringLiteral("sys.user.logs"), QStringLiteral("sys.crash.")};
-    case browserCaches:
-        return {QStringLiteral("sys.browser.")};
-    }
-    return {};
+    return texts(targets[m_value].ruleIdPrefixes);
 }
 
 std::optional<ScanTarget> ScanTarget::fromRawValue(const QString& raw)
 {
-    for (const ScanTarget target : allCases())
-        if (target.rawValue() == raw)
-            return target;
-    return std::nullopt;
+    return targets.fromRawValue(raw);
 }
 
 } // namespace kestrow

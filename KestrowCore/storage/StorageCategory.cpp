@@ -1,12 +1,13 @@
 #include "storage/StorageCategory.h"
 
-#include "support/JsonDecoder.h"
+#include "support/EnumTable.h"
 
 namespace kestrow {
 
 namespace {
 
 struct CategoryRow {
+    StorageCategory::Value value;
     const char* rawValue;
     const char* displayName;
     const char* iconName;
@@ -14,35 +15,42 @@ struct CategoryRow {
     RiskTier::Value defaultRiskTier;
 };
 
-constexpr std::array<CategoryRow, StorageCategory::count> rows{{
-    {"DEVELOPER_CACHE", "Developer Caches", "hammer.fill", CategoryGroup::developer, RiskTier::safeToDelete},
-    {"AI_MODEL_WEIGHTS", "AI Model Weights", "brain.head.profile", CategoryGroup::developer, RiskTier::reviewRequired},
-    {"DOCKER_VM", "Docker VM Disk Images", "shippingbox.fill", CategoryGroup::developer, RiskTier::reviewRequired},
-    {"XCODE_ARTIFACTS", "Xcode Build Artifacts", "chevron.left.forwardslash.chevron.right", CategoryGroup::developer,
-     RiskTier::safeToDelete},
-    {"STRAY_DEPENDENCIES", "Stray Project Dependencies", "shippingbox", CategoryGroup::developer,
-     RiskTier::reviewRequired},
-    {"SYSTEM_CACHES", "User System Caches", "archivebox.fill", CategoryGroup::system, RiskTier::safeToDelete},
-    {"SYSTEM_LOGS", "User & System Logs", "doc.text.fill", CategoryGroup::system, RiskTier::safeToDelete},
-    {"CRASH_REPORTS", "Crash & Diagnostic Reports", "exclamationmark.bubble.fill", CategoryGroup::system,
-     RiskTier::safeToDelete},
-    {"MAIL_DOWNLOADS", "Mail Attachment Downloads", "envelope.arrow.triangle.branch.fill", CategoryGroup::system,
-     RiskTier::reviewRequired},
-    {"BROWSER_CACHES", "Web Browser Caches", "globe", CategoryGroup::system, RiskTier::safeToDelete},
-    {"APPLICATION_BUNDLES", "Installed Applications", "app.badge.fill", CategoryGroup::applications,
-     RiskTier::reviewRequired},
-    {"LEFTOVERS", "Application Leftovers", "trash.fill", CategoryGroup::applications, RiskTier::safeToDelete},
-    {"LARGE_FILES", "Large & Old Files", "doc.text.magnifyingglass", CategoryGroup::files, RiskTier::reviewRequired},
-    {"STARTUP_ITEMS", "Startup & Login Items", "gearshape.arrow.triangle.2.circlepath", CategoryGroup::startup,
-     RiskTier::reviewRequired},
-    {"DYNAMIC_RULE", "Dynamic Rule Matches", "wand.and.stars", CategoryGroup::dynamic, RiskTier::safeToDelete},
-    {"UNKNOWN_ANOMALY", "Storage Anomalies", "rays", CategoryGroup::dynamic, RiskTier::reviewRequired},
-}};
+using Category = StorageCategory;
+using Group = CategoryGroup;
 
-const CategoryRow& row(StorageCategory category)
-{
-    return rows[static_cast<size_t>(static_cast<int>(category))];
-}
+constexpr EnumTable<CategoryRow, StorageCategory::count> categories{{{
+    {Category::developerCache, "DEVELOPER_CACHE", "Developer Caches", "hammer.fill", Group::developer,
+     RiskTier::safeToDelete},
+    {Category::aiModelWeights, "AI_MODEL_WEIGHTS", "AI Model Weights", "brain.head.profile", Group::developer,
+     RiskTier::reviewRequired},
+    {Category::dockerVM, "DOCKER_VM", "Docker VM Disk Images", "shippingbox.fill", Group::developer,
+     RiskTier::reviewRequired},
+    {Category::xcodeArtifacts, "XCODE_ARTIFACTS", "Xcode Build Artifacts", "chevron.left.forwardslash.chevron.right",
+     Group::developer, RiskTier::safeToDelete},
+    {Category::strayDependencies, "STRAY_DEPENDENCIES", "Stray Project Dependencies", "shippingbox", Group::developer,
+     RiskTier::reviewRequired},
+    {Category::systemCaches, "SYSTEM_CACHES", "User System Caches", "archivebox.fill", Group::system,
+     RiskTier::safeToDelete},
+    {Category::systemLogs, "SYSTEM_LOGS", "User & System Logs", "doc.text.fill", Group::system, RiskTier::safeToDelete},
+    {Category::crashReports, "CRASH_REPORTS", "Crash & Diagnostic Reports", "exclamationmark.bubble.fill",
+     Group::system, RiskTier::safeToDelete},
+    {Category::mailDownloads, "MAIL_DOWNLOADS", "Mail Attachment Downloads", "envelope.arrow.triangle.branch.fill",
+     Group::system, RiskTier::reviewRequired},
+    {Category::browserCaches, "BROWSER_CACHES", "Web Browser Caches", "globe", Group::system, RiskTier::safeToDelete},
+    {Category::applicationBundles, "APPLICATION_BUNDLES", "Installed Applications", "app.badge.fill",
+     Group::applications, RiskTier::reviewRequired},
+    {Category::leftovers, "LEFTOVERS", "Application Leftovers", "trash.fill", Group::applications,
+     RiskTier::safeToDelete},
+    {Category::largeFiles, "LARGE_FILES", "Large & Old Files", "doc.text.magnifyingglass", Group::files,
+     RiskTier::reviewRequired},
+    {Category::startupItems, "STARTUP_ITEMS", "Startup & Login Items", "gearshape.arrow.triangle.2.circlepath",
+     Group::startup, RiskTier::reviewRequired},
+    {Category::dynamicRule, "DYNAMIC_RULE", "Dynamic Rule Matches", "wand.and.stars", Group::dynamic,
+     RiskTier::safeToDelete},
+    {Category::unknownAnomaly, "UNKNOWN_ANOMALY", "Storage Anomalies", "rays", Group::dynamic,
+     RiskTier::reviewRequired},
+}}};
+static_assert(categories.isInDeclarationOrder());
 
 QString folded(const QString& text)
 {
@@ -55,46 +63,37 @@ QString folded(const QString& text)
 
 QString StorageCategory::rawValue() const
 {
-    return QLatin1String(row(*this).rawValue);
-}
-QString StorageCategory::displayName() const
-{
-    return QString::fromUtf8(row(*this).displayName);
-}
-QString StorageCategory::iconName() const
-{
-    return QLatin1String(row(*this).iconName);
-}
-CategoryGroup StorageCategory::group() const
-{
-    return row(*this).group;
-}
-RiskTier StorageCategory::defaultRiskTier() const
-{
-    return row(*this).defaultRiskTier;
+    return categories.rawValue(m_value);
 }
 
-std::array<StorageCategory, StorageCategory::count> StorageCategory::allCases()
+QString StorageCategory::displayName() const
 {
-    return {developerCache, aiModelWeights, dockerVM,      xcodeArtifacts, strayDependencies,  systemCaches,
-            systemLogs,     crashReports,   mailDownloads, browserCaches,  applicationBundles, leftovers,
-            largeFiles,     startupItems,   dynamicRule,   unknownAnomaly};
+    return categories.text(m_value, &CategoryRow::displayName);
+}
+
+QString StorageCategory::iconName() const
+{
+    return categories.text(m_value, &CategoryRow::iconName);
+}
+
+CategoryGroup StorageCategory::group() const
+{
+    return categories[m_value].group;
+}
+
+RiskTier StorageCategory::defaultRiskTier() const
+{
+    return categories[m_value].defaultRiskTier;
 }
 
 std::optional<StorageCategory> StorageCategory::fromRawValue(const QString& raw)
 {
-    for (const StorageCategory category : allCases())
-        if (category.rawValue() == raw)
-            return category;
-    return std::nullopt;
+    return categories.fromRawValue(raw);
 }
 
 StorageCategory StorageCategory::decode(const JsonDecoder& decoder, const QString& key)
 {
-    const auto category = fromRawValue(decoder.string(key));
-    if (!category)
-        decoder.fail(key, QStringLiteral("unknown category"));
-    return *category;
+    return categories.decode(decoder, key, "unknown category");
 }
 
 std::optional<StorageCategory> StorageCategory::parse(const QString& text)

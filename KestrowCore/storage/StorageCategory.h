@@ -2,47 +2,41 @@
 
 #include "storage/CategoryGroup.h"
 #include "storage/RiskTier.h"
+#include "support/EnumValue.h"
 
 #include <QString>
 
-namespace kestrow {
-class JsonDecoder;
-}
-
-#include <array>
 #include <optional>
 #include <set>
 
 namespace kestrow {
 
-// The sixteen kinds of storage a scan reports. The raw value is the JSON and rule-file form.
-class StorageCategory {
-public:
-    enum Value : int {
-        developerCache,
-        aiModelWeights,
-        dockerVM,
-        xcodeArtifacts,
-        strayDependencies,
-        systemCaches,
-        systemLogs,
-        crashReports,
-        mailDownloads,
-        browserCaches,
-        applicationBundles,
-        leftovers,
-        largeFiles,
-        startupItems,
-        dynamicRule,
-        unknownAnomaly,
-    };
-    static constexpr int count = 16;
+class JsonDecoder;
 
-    constexpr StorageCategory(Value value)
-        : m_value(value)
-    {
-    }
-    constexpr operator Value() const { return m_value; }
+// The sixteen kinds of storage a scan reports. The raw value is the JSON and rule-file form.
+enum class StorageCategoryValue {
+    developerCache,
+    aiModelWeights,
+    dockerVM,
+    xcodeArtifacts,
+    strayDependencies,
+    systemCaches,
+    systemLogs,
+    crashReports,
+    mailDownloads,
+    browserCaches,
+    applicationBundles,
+    leftovers,
+    largeFiles,
+    startupItems,
+    dynamicRule,
+    unknownAnomaly,
+};
+
+class StorageCategory : public EnumValue<StorageCategory, StorageCategoryValue, 16> {
+public:
+    using EnumValue::EnumValue;
+    using enum StorageCategoryValue;
 
     [[nodiscard]] QString rawValue() const;
     [[nodiscard]] QString id() const { return rawValue(); }
@@ -55,12 +49,8 @@ public:
     [[nodiscard]] static std::optional<StorageCategory> fromRawValue(const QString& raw);
     // Loose text as typed by a person or an agent: "DOCKER_VM", "docker_vm", "DockerVM".
     [[nodiscard]] static std::optional<StorageCategory> parse(const QString& text);
-    [[nodiscard]] static std::array<StorageCategory, count> allCases();
     // Strict raw value at `key`; throws JsonDecodingError.
     [[nodiscard]] static StorageCategory decode(const JsonDecoder& decoder, const QString& key);
-
-private:
-    Value m_value;
 };
 
 // A set of categories, iterated in case order.

@@ -1,6 +1,19 @@
 #include "system/MemoryPressureStatus.h"
 
+#include "support/EnumTable.h"
+
 namespace kestrow {
+
+namespace {
+
+constexpr RawValueTable<MemoryPressureStatus> pressures{{{
+    {MemoryPressureStatus::normal, "NORMAL"},
+    {MemoryPressureStatus::warning, "WARNING"},
+    {MemoryPressureStatus::critical, "CRITICAL"},
+}}};
+static_assert(pressures.isInDeclarationOrder());
+
+} // namespace
 
 MemoryPressureStatus MemoryPressureStatus::forUsedPercentage(double percentage)
 {
@@ -13,15 +26,7 @@ MemoryPressureStatus MemoryPressureStatus::forUsedPercentage(double percentage)
 
 QString MemoryPressureStatus::rawValue() const
 {
-    switch (m_value) {
-    case normal:
-        return QStringLiteral("NORMAL");
-    case warning:
-        return QStringLiteral("WARNING");
-    case critical:
-        return QStringLiteral("CRITICAL");
-    }
-    return {};
+    return pressures.rawValue(m_value);
 }
 
 } // namespace kestrow

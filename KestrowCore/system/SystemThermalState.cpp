@@ -1,25 +1,30 @@
 #include "system/SystemThermalState.h"
 
+#include "support/EnumTable.h"
+
 namespace kestrow {
+
+namespace {
+
+constexpr RawValueTable<SystemThermalState> thermalStates{{{
+    {SystemThermalState::nominal, "NOMINAL"},
+    {SystemThermalState::fair, "FAIR"},
+    {SystemThermalState::serious, "SERIOUS"},
+    {SystemThermalState::critical, "CRITICAL"},
+}}};
+static_assert(thermalStates.isInDeclarationOrder());
+
+} // namespace
 
 SystemThermalState SystemThermalState::fromPlatformValue(int value)
 {
-    return value >= nominal && value <= critical ? static_cast<Value>(value) : nominal;
+    const bool known = value >= 0 && static_cast<std::size_t>(value) < count;
+    return known ? static_cast<Value>(value) : nominal;
 }
 
 QString SystemThermalState::rawValue() const
 {
-    switch (m_value) {
-    case nominal:
-        return QStringLiteral("NOMINAL");
-    case fair:
-        return QStringLiteral("FAIR");
-    case serious:
-        return QStringLiteral("SERIOUS");
-    case critical:
-        return QStringLiteral("CRITICAL");
-    }
-    return {};
+    return thermalStates.rawValue(m_value);
 }
 
 } // namespace kestrow

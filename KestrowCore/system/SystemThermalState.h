@@ -1,26 +1,22 @@
 #pragma once
 
+#include "support/EnumValue.h"
+
 #include <QString>
 
 namespace kestrow {
 
 // The thermal state as the vitals report it.
-class SystemThermalState {
-public:
-    enum Value : int { nominal, fair, serious, critical };
+enum class SystemThermalStateValue { nominal, fair, serious, critical };
 
-    constexpr SystemThermalState(Value value)
-        : m_value(value)
-    {
-    }
-    constexpr operator Value() const { return m_value; }
+class SystemThermalState : public EnumValue<SystemThermalState, SystemThermalStateValue, 4> {
+public:
+    using EnumValue::EnumValue;
+    using enum SystemThermalStateValue;
 
     // The platform's value: 0 to 3 in order; anything else is nominal.
     [[nodiscard]] static SystemThermalState fromPlatformValue(int value);
     [[nodiscard]] QString rawValue() const;
-
-private:
-    Value m_value;
 };
 
 } // namespace kestrow
