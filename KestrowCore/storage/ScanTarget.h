@@ -24,9 +24,6 @@ public:
     constexpr operator Value() const { return m_value; }
 
     [[nodiscard]] QString rawValue() const;
-    [[nodiscard]] std::vector<StorageCategory> ownedCategories() const;
-    [[nodiscard]] QStringList homeRelativePaths() const;
-    [[nodiscard]] QStringList ruleIdPrefixes() const;
 
     [[nodiscard]] static std::optional<ScanTarget> fromRawValue(const QString& raw);
     [[nodiscard]] static constexpr std::array<ScanTarget, count> allCases()
