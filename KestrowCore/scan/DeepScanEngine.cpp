@@ -9,6 +9,7 @@
 #include <QUuid>
 
 #include <algorithm>
+#include <functional>
 
 namespace kestrow {
 
@@ -27,6 +28,7 @@ struct StageOutcome {
     QStringList warnings;
 };
 
+// One stage of a scan: it runs when it has work, and its failures are told by its prefix.
 struct Stage {
     const char* warningPrefix;
     bool hasWork;
@@ -40,7 +42,7 @@ void checkCancellation(const std::stop_token& stop)
 }
 
 // Runs one stage; any failure but cancellation becomes a warning with the stage's prefix.
-template <typename Stage> void runStage(const char* prefix, QStringList& warnings, Stage&& stage)
+template <typename Body> void runStage(const char* prefix, QStringList& warnings, Body&& stage)
 {
     try {
         stage();
