@@ -1,6 +1,7 @@
 #include "scan/DeepScanEngine.h"
 
 #include "scan/RuleStage.h"
+#include "scan/ScanTargetTable.h"
 #include "support/PathText.h"
 
 #include <QDateTime>
@@ -8,26 +9,11 @@
 #include <QUuid>
 
 #include <algorithm>
+#include <functional>
 
 namespace kestrow {
 
 namespace {
-
-const CategorySet& developerStageCategories()
-{
-    static const CategorySet set{StorageCategory::developerCache, StorageCategory::aiModelWeights,
-                                 StorageCategory::dockerVM, StorageCategory::xcodeArtifacts,
-                                 StorageCategory::strayDependencies};
-    return set;
-}
-
-const CategorySet& systemStageCategories()
-{
-    static const CategorySet set{StorageCategory::systemCaches, StorageCategory::systemLogs,
-                                 StorageCategory::crashReports, StorageCategory::mailDownloads,
-                                 StorageCategory::browserCaches};
-    return set;
-}
 
 CategorySet intersection(const CategorySet& a, const CategorySet& b)
 {
@@ -36,6 +22,19 @@ CategorySet intersection(const CategorySet& a, const CategorySet& b)
     return result;
 }
 
+// What one stage of a scan gives back.
+struct StageOutcome {
+    std::vector<DiscoveredItem> items;
+    QStringList warnings;
+};
+
+// One stage of a scan: it runs when it has work, and its failures are told by its prefix.
+struct Stage {
+    const char* warningPrefix;
+    bool hasWork;
+    std::function<StageOutcome()> run;
+};
+
 void checkCancellation(const std::stop_token& stop)
 {
     if (stop.stop_requested())
@@ -43,7 +42,7 @@ void checkCancellation(const std::stop_token& stop)
 }
 
 // Runs one stage; any failure but cancellation becomes a warning with the stage's prefix.
-template <typename Stage> void runStage(const char* prefix, QStringList& warnings, Stage&& stage)
+template <typename Body> void runStage(const char* prefix, QStringList& warnings, Body&& stage)
 {
     try {
         stage();
@@ -133,37 +132,35 @@ ScanResult DeepScanEngine::scan(const std::optional<CategorySet>& categories, co
     checkCancellation(stop);
     governor.checkpoint(stop);
 
-    const CategorySet developer = intersection(requested, developerStageCategories());
-    if (!developer.empty()) {
+    // The stages in the order they run; each stage that has work passes a checkpoint first.
+    const CategorySet developer =
+        intersection(requested, ScanTargetTable::categories(ScanTargetTable::Stage::developer));
+    const CategorySet system = intersection(requested, ScanTargetTable::categories(ScanTargetTable::Stage::system));
+    const Stage stages[] = {
+        {"Developer targets scan error: ", !developer.empty(),
+         [&] { return StageOutcome{.items = m_developerTargets.scan(developer, progress, stop)}; }},
+        {"System targets scan error: ", !system.empty(),
+         [&] {
+             SystemTargetsOutcome outcome = m_systemTargets.scan(system, progress, stop);
+             return StageOutcome{.items = std::move(outcome.items), .warnings = std::move(outcome.warnings)};
+         }},
+        // The rule stage runs whatever was requested; it picks the rules of the requested categories.
+        {"Dynamic rules scan error: ", m_ruleRegistry != nullptr,
+         [&] {
+             const RuleStage ruleStage(
+                 {.homeURL = m_homeURL, .fileManager = m_fileManager, .thermalGovernor = m_thermalGovernor});
+             return StageOutcome{.items = ruleStage.scanRegistryRules(*m_ruleRegistry, requested, progress, stop)};
+         }},
+    };
+    for (const Stage& stage : stages) {
+        if (!stage.hasWork)
+            continue;
         checkCancellation(stop);
         governor.checkpoint(stop);
-        runStage("Developer targets scan error: ", warnings, [&] {
-            auto found = governor.withPermit(stop, [&] { return m_developerTargets.scan(developer, progress, stop); });
-            items.insert(items.end(), found.begin(), found.end());
-        });
-    }
-
-    const CategorySet system = intersection(requested, systemStageCategories());
-    if (!system.empty()) {
-        checkCancellation(stop);
-        governor.checkpoint(stop);
-        runStage("System targets scan error: ", warnings, [&] {
-            auto outcome = governor.withPermit(stop, [&] { return m_systemTargets.scan(system, progress, stop); });
+        runStage(stage.warningPrefix, warnings, [&] {
+            auto outcome = governor.withPermit(stop, stage.run);
             items.insert(items.end(), outcome.items.begin(), outcome.items.end());
             warnings.append(outcome.warnings);
-        });
-    }
-
-    // The rule stage runs whatever was requested; it picks the rules of the requested categories.
-    if (m_ruleRegistry) {
-        checkCancellation(stop);
-        governor.checkpoint(stop);
-        runStage("Dynamic rules scan error: ", warnings, [&] {
-            const RuleStage stage(
-                {.homeURL = m_homeURL, .fileManager = m_fileManager, .thermalGovernor = m_thermalGovernor});
-            auto found = governor.withPermit(
-                stop, [&] { return stage.scanRegistryRules(*m_ruleRegistry, requested, progress, stop); });
-            items.insert(items.end(), found.begin(), found.end());
         });
     }
 

@@ -2,6 +2,7 @@
 
 #include "rules/RuleRegistry.h"
 #include "safety/GlobMatcher.h"
+#include "scan/ScanTargetTable.h"
 #include "scan/TargetScan.h"
 #include "support/PathText.h"
 
@@ -29,43 +30,6 @@ RuleStage::RuleStage(Options options)
 {
 }
 
-const QStringList& RuleStage::ruleIdsScannedByTargets()
-{
-    static const QStringList ids{
-        QStringLiteral("dev.uv.cache"),
-        QStringLiteral("dev.npm.cache"),
-        QStringLiteral("dev.bun.cache"),
-        QStringLiteral("dev.pip.cache"),
-        QStringLiteral("dev.cargo.cache"),
-        QStringLiteral("dev.homebrew.cache"),
-        QStringLiteral("dev.homebrew.incomplete"),
-        QStringLiteral("dev.pnpm.store"),
-        QStringLiteral("dev.gradle.cache"),
-        QStringLiteral("dev.git.orphaned_worktrees"),
-        QStringLiteral("ai.huggingface.hub"),
-        QStringLiteral("ai.whisper.models"),
-        QStringLiteral("ai.ollama.models"),
-        QStringLiteral("ai.lmstudio.models"),
-        QStringLiteral("ai.vllm.weights"),
-        QStringLiteral("dev.docker.orphaned_vm"),
-        QStringLiteral("dev.xcode.derived_data"),
-        QStringLiteral("dev.xcode.simulator_caches"),
-        QStringLiteral("dev.stray.node_modules"),
-        QStringLiteral("sys.user.caches"),
-        QStringLiteral("sys.user.logs"),
-        QStringLiteral("sys.crash.user_reports"),
-        QStringLiteral("sys.mail.downloads"),
-        QStringLiteral("sys.browser.safari"),
-        QStringLiteral("sys.browser.chrome"),
-        QStringLiteral("sys.browser.firefox"),
-        QStringLiteral("sys.browser.edge"),
-        QStringLiteral("sys.browser.arc"),
-        QStringLiteral("sys.browser.brave"),
-        QStringLiteral("sys.browser.other"),
-    };
-    return ids;
-}
-
 void RuleStage::checkpoint(const std::stop_token& stop) const
 {
     if (stop.stop_requested())
@@ -84,7 +48,7 @@ std::vector<DiscoveredItem> RuleStage::scanRegistryRules(const RuleRegistry& reg
         if (!categories.contains(rule.category))
             continue;
         // A user's rule that reuses a scanner's id is not the scanner's business.
-        if (rule.isBuiltIn && ruleIdsScannedByTargets().contains(rule.id))
+        if (rule.isBuiltIn && ScanTargetTable::ruleIdsScannedByTargets().contains(rule.id))
             continue;
         for (const QString& pattern : rule.patterns) {
             checkpoint(stop);

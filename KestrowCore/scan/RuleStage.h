@@ -32,11 +32,9 @@ public:
 
     explicit RuleStage(Options options);
 
-    // The built-in rules whose locations the scanners cover themselves; the stage skips them.
-    [[nodiscard]] static const QStringList& ruleIdsScannedByTargets();
-
-    // Runs the registry's active rules of the requested categories. A governor checkpoint
-    // comes before each rule, pattern and path. Throws CancellationError.
+    // Runs the registry's active rules of the requested categories, less the built-in rules
+    // whose locations the target table covers. A governor checkpoint comes before each rule,
+    // pattern and path. Throws CancellationError.
     [[nodiscard]] std::vector<DiscoveredItem> scanRegistryRules(const RuleRegistry& registry,
                                                                 const CategorySet& categories,
                                                                 const ScanProgressCallback& progress,

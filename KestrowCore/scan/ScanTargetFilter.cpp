@@ -1,6 +1,7 @@
 #include "scan/ScanTargetFilter.h"
 
 #include "platform/LinkResolver.h"
+#include "scan/ScanTargetTable.h"
 #include "support/PathText.h"
 
 #include <algorithm>
@@ -54,7 +55,7 @@ std::optional<CategorySet> ScanTargetFilter::categoriesToScan() const
 {
     CategorySet owned;
     for (const ScanTarget target : m_disabledTargets)
-        for (const StorageCategory category : target.ownedCategories())
+        for (const StorageCategory category : ScanTargetTable::ownedCategories(target))
             owned.insert(category);
     if (owned.empty())
         return std::nullopt;
@@ -69,15 +70,15 @@ std::optional<ScanTarget> ScanTargetFilter::disabledTarget(const DiscoveredItem&
 {
     const QString path = normalize(item.path, m_homeURL).value_or(item.path);
     for (const ScanTarget target : m_disabledTargets) {
-        const auto owned = target.ownedCategories();
+        const auto owned = ScanTargetTable::ownedCategories(target);
         if (std::find(owned.begin(), owned.end(), item.category) != owned.end())
             return target;
         if (item.ruleId) {
-            for (const QString& prefix : target.ruleIdPrefixes())
+            for (const QString& prefix : ScanTargetTable::ruleIdPrefixes(target))
                 if (item.ruleId->startsWith(prefix))
                     return target;
         }
-        for (const QString& relative : target.homeRelativePaths()) {
+        for (const QString& relative : ScanTargetTable::homeRelativePaths(target)) {
             const QString location = PathText::standardizing(PathText::appending(m_homeURL, relative));
             if (path == location || liesInside(path, location))
                 return target;

@@ -30,9 +30,6 @@ public:
     using enum ScanTargetValue;
 
     [[nodiscard]] QString rawValue() const;
-    [[nodiscard]] std::vector<StorageCategory> ownedCategories() const;
-    [[nodiscard]] QStringList homeRelativePaths() const;
-    [[nodiscard]] QStringList ruleIdPrefixes() const;
 
     [[nodiscard]] static std::optional<ScanTarget> fromRawValue(const QString& raw);
 };

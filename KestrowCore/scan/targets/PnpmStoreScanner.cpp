@@ -1,0 +1,15 @@
+#include "scan/targets/PnpmStoreScanner.h"
+
+namespace kestrow {
+
+void PnpmStoreScanner::scan(TargetScan& scan, const TargetContext& context) const
+{
+    for (const char* relative : {".local/share/pnpm/store", "Library/pnpm/store", ".pnpm-store"})
+        scan.emitIfContent(
+            {.path = context.home(QLatin1String(relative)),
+             .category = StorageCategory::developerCache,
+             .description = QStringLiteral("pnpm Virtual Store (~/") + QLatin1String(relative) + QLatin1Char(')'),
+             .defaultRuleId = QStringLiteral("dev.pnpm.store")});
+}
+
+} // namespace kestrow

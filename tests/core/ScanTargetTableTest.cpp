@@ -1,0 +1,48 @@
+#include "scan/ScanTargetTable.h"
+
+#include <gtest/gtest.h>
+
+using namespace kestrow;
+
+TEST(ScanTargetTable, DerivesTheStagesTheSkippedRulesAndTheSwitchesFromItsRows)
+{
+    using Stage = ScanTargetTable::Stage;
+    EXPECT_EQ(ScanTargetTable::categories(Stage::developer),
+              (CategorySet{StorageCategory::developerCache, StorageCategory::aiModelWeights, StorageCategory::dockerVM,
+                           StorageCategory::xcodeArtifacts, StorageCategory::strayDependencies}));
+    EXPECT_EQ(ScanTargetTable::categories(Stage::system),
+              (CategorySet{StorageCategory::systemCaches, StorageCategory::systemLogs, StorageCategory::crashReports,
+                           StorageCategory::mailDownloads, StorageCategory::browserCaches}));
+
+    // Each built-in rule whose locations a family covers, once; the order carries no meaning.
+    QStringList ids = ScanTargetTable::ruleIdsScannedByTargets();
+    const qsizetype listed = ids.size();
+    ids.removeDuplicates();
+    EXPECT_EQ(ids.size(), listed);
+    QStringList expected =
+        QStringLiteral(
+            "dev.uv.cache dev.npm.cache dev.bun.cache dev.pip.cache dev.cargo.cache dev.homebrew.cache "
+            "dev.homebrew.incomplete dev.pnpm.store dev.gradle.cache dev.git.orphaned_worktrees ai.huggingface.hub "
+            "ai.whisper.models ai.ollama.models ai.lmstudio.models ai.vllm.weights dev.docker.orphaned_vm "
+            "dev.xcode.derived_data dev.xcode.simulator_caches dev.stray.node_modules sys.user.caches sys.user.logs "
+            "sys.crash.user_reports sys.mail.downloads sys.browser.safari sys.browser.chrome sys.browser.firefox "
+            "sys.browser.edge sys.browser.arc sys.browser.brave sys.browser.other")
+            .split(QLatin1Char(' '));
+    ids.sort();
+    expected.sort();
+    EXPECT_EQ(ids, expected);
+
+    // A target owns a category only when no other family finds things of it.
+    EXPECT_TRUE(ScanTargetTable::ownedCategories(ScanTarget::uvPython).empty());
+    EXPECT_TRUE(ScanTargetTable::ownedCategories(ScanTarget::homebrew).empty());
+    EXPECT_EQ(ScanTargetTable::ownedCategories(ScanTarget::systemCaches),
+              (std::vector<StorageCategory>{StorageCategory::systemCaches, StorageCategory::systemLogs,
+                                            StorageCategory::crashReports}));
+    EXPECT_EQ(ScanTargetTable::ownedCategories(ScanTarget::dockerVM),
+              std::vector<StorageCategory>{StorageCategory::dockerVM});
+    EXPECT_EQ(ScanTargetTable::homeRelativePaths(ScanTarget::uvPython),
+              (QStringList{QStringLiteral(".cache/uv"), QStringLiteral("Library/Caches/uv"),
+                           QStringLiteral(".cache/pip"), QStringLiteral("Library/Caches/pip")}));
+    EXPECT_EQ(ScanTargetTable::ruleIdPrefixes(ScanTarget::npmBun),
+              (QStringList{QStringLiteral("dev.npm."), QStringLiteral("dev.bun."), QStringLiteral("dev.pnpm.")}));
+}
