@@ -3,7 +3,6 @@
 #include "platform/NativePath.h"
 #include "support/PathText.h"
 
-#include <QFile>
 #include <QSet>
 #include <QStringDecoder>
 
@@ -60,19 +59,13 @@ QStringList discoverGitRepositories(const FileManager& fileManager, const QStrin
 // nothing when it is not a regular file, can't be read or isn't UTF-8.
 std::optional<QString> readMarker(const FileManager& fileManager, const QString& path)
 {
-    const std::optional<FileStatus> status = fileManager.status(path, true);
-    if (!status || !status->isRegularFile())
-        return std::nullopt;
-    // Opened by the name's own bytes: QFile would open a lossy spelling of it, another file.
-    const UniqueFd fd(fileManager.systemCalls().openAt(AT_FDCWD, NativePath::encode(path).constData(), O_RDONLY));
-    QFile file;
-    if (!fd.isOpen() || !file.open(fd.get(), QIODevice::ReadOnly))
-        return std::nullopt;
-    const QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError)
+    // A marker is one line; a FIFO or device put in its place is never opened for reading.
+    constexpr qsizetype markerLimit = 64 * 1024;
+    const FileManager::RegularFileRead read = fileManager.readRegularFile(path, markerLimit, true);
+    if (read.errorCode != 0)
         return std::nullopt;
     QStringDecoder decoder(QStringDecoder::Utf8);
-    const QString text = decoder.decode(bytes);
+    const QString text = decoder.decode(read.bytes);
     if (decoder.hasError())
         return std::nullopt;
     return text.trimmed();
