@@ -1,13 +1,11 @@
 #include "scan/targets/GitWorktreeScanner.h"
 
-#include "platform/NativePath.h"
 #include "support/PathText.h"
 
 #include <QSet>
 #include <QStringDecoder>
 
 #include <algorithm>
-#include <fcntl.h>
 
 namespace kestrow {
 
