@@ -1,7 +1,5 @@
 #include "platform/MacSystemSource.h"
 
-#ifdef __APPLE__
-
 #include "platform/NativePath.h"
 
 #include <CoreFoundation/CoreFoundation.h>
@@ -200,5 +198,3 @@ ThermalState MacSystemSource::thermalState() const
 }
 
 } // namespace kestrow
-
-#endif
