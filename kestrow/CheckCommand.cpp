@@ -4,7 +4,7 @@
 #include "CheckOutput.h"
 #include "UserRules.h"
 
-#include "safety/PathChecker.h"
+#include "policy/PathChecker.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "safety/PathCheckOutcome.h"
+#include "policy/PathCheckOutcome.h"
 
 #include <vector>
 

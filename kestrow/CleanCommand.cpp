@@ -2,7 +2,7 @@
 
 #include "LoggedTrashRun.h"
 
-#include "support/PathText.h"
+#include "platform/PathText.h"
 
 namespace kestrow::cli {
 

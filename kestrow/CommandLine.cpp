@@ -2,9 +2,9 @@
 
 #include "platform/FileManager.h"
 #include "platform/NativePath.h"
+#include "platform/PathText.h"
 #include "platform/ProcessFolders.h"
 #include "support/KestrowError.h"
-#include "support/PathText.h"
 
 #include <QDir>
 

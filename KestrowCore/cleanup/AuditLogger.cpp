@@ -4,11 +4,11 @@
 #include "cleanup/AuditLineStream.h"
 #include "platform/NativePath.h"
 #include "platform/OpenedFolder.h"
+#include "platform/PathText.h"
 #include "platform/ProcessFolders.h"
 #include "storage/DiscoveredItem.h"
 #include "support/JsonDecoder.h"
 #include "support/JsonWriter.h"
-#include "support/PathText.h"
 #include "support/TimeStamp.h"
 
 #include <QCryptographicHash>

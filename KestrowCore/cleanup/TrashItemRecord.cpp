@@ -1,7 +1,7 @@
 #include "cleanup/TrashItemRecord.h"
 
+#include "platform/PathText.h"
 #include "storage/DiscoveredItem.h"
-#include "support/PathText.h"
 
 namespace kestrow {
 

@@ -1,9 +1,9 @@
 #include "cleanup/TrashPipeline.h"
 
 #include "platform/LinkResolver.h"
+#include "platform/PathText.h"
 #include "platform/ProcessFolders.h"
 #include "safety/SandboxValidator.h"
-#include "support/PathText.h"
 
 #include <QDateTime>
 #include <QUuid>

@@ -5,7 +5,7 @@
 #include "cleanup/TrashPipelineError.h"
 #include "cleanup/TrashSummary.h"
 #include "platform/FileManager.h"
-#include "scan/MeasuredMetrics.h"
+#include "storage/MeasuredMetrics.h"
 
 #include <QString>
 #include <QStringList>

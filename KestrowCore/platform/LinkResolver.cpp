@@ -2,7 +2,7 @@
 
 #include "platform/FileStatus.h"
 #include "platform/NativePath.h"
-#include "support/PathText.h"
+#include "platform/PathText.h"
 
 #include <QStringList>
 

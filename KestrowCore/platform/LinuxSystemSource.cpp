@@ -1,6 +1,6 @@
 #include "platform/LinuxSystemSource.h"
 
-#include "support/PathText.h"
+#include "platform/PathText.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,11 +1,11 @@
 #include "rules/RuleRegistry.h"
 
 #include "platform/AtomicFileWriter.h"
+#include "platform/PathText.h"
 #include "rules/BuiltInRules.h"
 #include "rules/RuleCatalog.h"
 #include "safety/GlobMatcher.h"
 #include "safety/SandboxValidator.h"
-#include "support/PathText.h"
 
 #include <QStringList>
 
@@ -95,7 +95,7 @@ void RuleRegistry::loadCustomRules()
         if (existing != m_rulesById.end() && existing->second.isBuiltIn)
             continue; // built-ins always win
         try {
-            SandboxValidator::validate(rule, m_homeURL, m_fileManager->systemCalls());
+            SandboxValidator::validatePatterns(rule.patterns, m_homeURL, m_fileManager->systemCalls());
         } catch (const SandboxSecurityError& error) {
             refused.push_back({std::move(rule), error});
             continue;
@@ -147,7 +147,7 @@ void RuleRegistry::registerRule(const RuleDefinition& rule)
         throw RuleRegistryError(Case::cannotOverwriteBuiltIn, rule.id);
     if (rule.patterns.isEmpty())
         throw RuleRegistryError(Case::emptyPatterns, rule.id);
-    SandboxValidator::validate(rule, m_homeURL, m_fileManager->systemCalls());
+    SandboxValidator::validatePatterns(rule.patterns, m_homeURL, m_fileManager->systemCalls());
 
     RuleDefinition stored = rule;
     if (stored.isBuiltIn) {

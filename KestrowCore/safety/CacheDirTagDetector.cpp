@@ -1,8 +1,8 @@
 #include "safety/CacheDirTagDetector.h"
 
 #include "platform/AtomicFileWriter.h"
+#include "platform/PathText.h"
 #include "safety/CacheDirTagWriteError.h"
-#include "support/PathText.h"
 
 #include <QStringDecoder>
 

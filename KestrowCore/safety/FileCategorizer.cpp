@@ -1,6 +1,6 @@
 #include "safety/FileCategorizer.h"
 
-#include "support/PathText.h"
+#include "platform/PathText.h"
 
 #include <QMimeDatabase>
 #include <QSet>

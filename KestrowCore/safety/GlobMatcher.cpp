@@ -1,6 +1,6 @@
 #include "safety/GlobMatcher.h"
 
-#include "support/PathText.h"
+#include "platform/PathText.h"
 
 #include <QTextBoundaryFinder>
 

@@ -1,9 +1,8 @@
 #include "safety/SandboxValidator.h"
 
 #include "platform/LinkResolver.h"
+#include "platform/PathText.h"
 #include "platform/PlatformSystemPaths.h"
-#include "rules/RuleDefinition.h"
-#include "support/PathText.h"
 
 #include <algorithm>
 #include <system_error>
@@ -163,9 +162,10 @@ void SandboxValidator::validatePattern(const QString& pattern, const std::option
         checkUserDirectories(location, home);
 }
 
-void SandboxValidator::validate(const RuleDefinition& rule, const QString& homeURL, const SystemCalls& systemCalls)
+void SandboxValidator::validatePatterns(const QStringList& patterns, const QString& homeURL,
+                                        const SystemCalls& systemCalls)
 {
-    for (const QString& pattern : rule.patterns)
+    for (const QString& pattern : patterns)
         validatePattern(pattern, std::nullopt, homeURL, systemCalls);
 }
 

@@ -10,8 +10,6 @@
 
 namespace kestrow {
 
-struct RuleDefinition;
-
 // The hard limit on what the program may touch: decides from the path text and the home
 // alone (plus the symbolic links on disk) whether a path or a rule pattern lies in allowed
 // ground. Every operation returns normally when it does and throws SandboxSecurityError
@@ -37,10 +35,10 @@ public:
     // base directory the pattern is taken below it and "~" means nothing.
     static void validatePattern(const QString& pattern, const std::optional<QString>& baseDirectory,
                                 const QString& homeURL, const SystemCalls& systemCalls = *SystemCalls::real());
-    // Every pattern of the rule in order, without a base directory, up to the first failure.
-    // Excluded patterns are not checked.
-    static void validate(const RuleDefinition& rule, const QString& homeURL,
-                         const SystemCalls& systemCalls = *SystemCalls::real());
+    // A rule's patterns in order, without a base directory, up to the first failure. (A rule's
+    // excluded patterns are not checked: callers pass its `patterns` only.)
+    static void validatePatterns(const QStringList& patterns, const QString& homeURL,
+                                 const SystemCalls& systemCalls = *SystemCalls::real());
 
 private:
     // `homes`: the home as given, then as resolved when that differs.

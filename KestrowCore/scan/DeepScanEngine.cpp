@@ -1,8 +1,8 @@
 #include "scan/DeepScanEngine.h"
 
+#include "platform/PathText.h"
 #include "scan/RuleStage.h"
 #include "scan/ScanTargetTable.h"
-#include "support/PathText.h"
 
 #include <QDateTime>
 #include <QHash>

@@ -1,8 +1,8 @@
 #include "scan/DeveloperTargets.h"
 
+#include "platform/PathText.h"
 #include "scan/DefaultProcessChecker.h"
 #include "scan/ScanTargetTable.h"
-#include "support/PathText.h"
 
 namespace kestrow {
 

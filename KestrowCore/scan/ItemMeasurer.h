@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/FileManager.h"
-#include "scan/MeasuredMetrics.h"
+#include "storage/MeasuredMetrics.h"
 
 #include <QString>
 

@@ -1,10 +1,10 @@
 #include "scan/RuleStage.h"
 
+#include "platform/PathText.h"
 #include "rules/RuleRegistry.h"
 #include "safety/GlobMatcher.h"
 #include "scan/ScanTargetTable.h"
 #include "scan/TargetScan.h"
-#include "support/PathText.h"
 
 #include <QSet>
 #include <QUuid>

@@ -1,8 +1,8 @@
 #include "scan/ScanTargetFilter.h"
 
 #include "platform/LinkResolver.h"
+#include "platform/PathText.h"
 #include "scan/ScanTargetTable.h"
-#include "support/PathText.h"
 
 #include <algorithm>
 

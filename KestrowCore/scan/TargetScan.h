@@ -1,6 +1,6 @@
 #pragma once
 
-#include "safety/RiskClassifier.h"
+#include "policy/RiskClassifier.h"
 #include "scan/ItemMeasurer.h"
 #include "storage/DiscoveredItem.h"
 #include "storage/ScanProgress.h"

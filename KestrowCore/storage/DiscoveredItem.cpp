@@ -1,7 +1,7 @@
 #include "storage/DiscoveredItem.h"
 
+#include "platform/PathText.h"
 #include "support/ByteCountFormatter.h"
-#include "support/PathText.h"
 
 namespace kestrow {
 

@@ -1,6 +1,6 @@
 #include "system/FDAChecker.h"
 
-#include "support/PathText.h"
+#include "platform/PathText.h"
 
 namespace kestrow {
 

@@ -1,5 +1,5 @@
 #include "platform/NativePath.h"
-#include "support/PathText.h"
+#include "platform/PathText.h"
 
 #include <QUrl>
 

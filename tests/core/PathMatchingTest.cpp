@@ -1,11 +1,11 @@
 #include "TestHome.h"
 
+#include "platform/PathText.h"
 #include "safety/CacheDirTagDetector.h"
 #include "safety/CacheDirTagWriteError.h"
 #include "safety/FileCategorizer.h"
 #include "safety/GlobMatcher.h"
 #include "support/JsonDecoder.h"
-#include "support/PathText.h"
 
 #include <QFile>
 

@@ -1,11 +1,11 @@
 #include "TestHome.h"
 
+#include "platform/PathText.h"
+#include "policy/RiskClassifier.h"
 #include "rules/RuleRegistry.h"
 #include "safety/CacheDirTagDetector.h"
 #include "safety/CacheDirTagWriteError.h"
-#include "safety/RiskClassifier.h"
 #include "scan/DeepScanEngine.h"
-#include "support/PathText.h"
 
 #include <QRegularExpression>
 

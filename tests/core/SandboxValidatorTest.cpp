@@ -283,13 +283,13 @@ TEST(SandboxValidator, PatternsAreCheckedOnTheirFixedStem)
         .patterns = {QStringLiteral("~/.cache/a/**"), QStringLiteral("~/Desktop/*"), QStringLiteral("*")},
         .excludedPatterns = {QStringLiteral("/")}};
     try {
-        SandboxValidator::validate(rule, me);
+        SandboxValidator::validatePatterns(rule.patterns, me);
         ADD_FAILURE() << "the rule's second pattern should be refused";
     } catch (const SandboxSecurityError& error) {
         EXPECT_EQ(error, E::forbiddenUserDirectory(QStringLiteral("/Users/me/Desktop"), QStringLiteral("Desktop")));
     }
     rule.patterns = {QStringLiteral("~/.cache/a/**")};
-    EXPECT_NO_THROW(SandboxValidator::validate(rule, me)) << "excluded patterns are not validated";
+    EXPECT_NO_THROW(SandboxValidator::validatePatterns(rule.patterns, me)) << "excluded patterns are not validated";
 }
 
 TEST(SandboxValidator, SymbolicLinksAreCheckedWhereTheyLead)

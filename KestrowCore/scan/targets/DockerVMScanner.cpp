@@ -1,6 +1,6 @@
 #include "scan/targets/DockerVMScanner.h"
 
-#include "support/PathText.h"
+#include "platform/PathText.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "scan/targets/GitWorktreeScanner.h"
 
-#include "support/PathText.h"
+#include "platform/PathText.h"
 
 #include <QSet>
 #include <QStringDecoder>

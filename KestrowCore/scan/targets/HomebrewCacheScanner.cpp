@@ -1,7 +1,7 @@
 #include "scan/targets/HomebrewCacheScanner.h"
 
+#include "platform/PathText.h"
 #include "scan/targets/KnownFolder.h"
-#include "support/PathText.h"
 
 namespace kestrow {
 

@@ -1,6 +1,6 @@
 #include "scan/targets/KnownFolder.h"
 
-#include "support/PathText.h"
+#include "platform/PathText.h"
 
 namespace kestrow {
 

@@ -1,6 +1,6 @@
 #include "scan/targets/NpmCacheScanner.h"
 
-#include "support/PathText.h"
+#include "platform/PathText.h"
 
 namespace kestrow {
 

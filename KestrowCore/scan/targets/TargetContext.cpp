@@ -1,6 +1,6 @@
 #include "scan/targets/TargetContext.h"
 
-#include "support/PathText.h"
+#include "platform/PathText.h"
 
 namespace kestrow {
 

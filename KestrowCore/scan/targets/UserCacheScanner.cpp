@@ -1,7 +1,7 @@
 #include "scan/targets/UserCacheScanner.h"
 
+#include "platform/PathText.h"
 #include "scan/targets/ProtectedFolder.h"
-#include "support/PathText.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #include "scan/targets/UserLogScanner.h"
 
+#include "platform/PathText.h"
 #include "scan/targets/ProtectedFolder.h"
-#include "support/PathText.h"
 
 namespace kestrow {
 

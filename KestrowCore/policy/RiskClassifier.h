@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/FileManager.h"
-#include "safety/RiskClassificationResult.h"
+#include "policy/RiskClassificationResult.h"
 #include "storage/StorageCategory.h"
 
 #include <QString>

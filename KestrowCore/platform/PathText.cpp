@@ -1,4 +1,4 @@
-#include "support/PathText.h"
+#include "platform/PathText.h"
 
 #include "platform/LinkResolver.h"
 #include "platform/NativePath.h"

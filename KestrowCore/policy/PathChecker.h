@@ -1,7 +1,7 @@
 #pragma once
 
-#include "safety/PathCheckOutcome.h"
-#include "safety/RiskClassifier.h"
+#include "policy/PathCheckOutcome.h"
+#include "policy/RiskClassifier.h"
 #include "storage/StorageCategory.h"
 
 #include <QString>

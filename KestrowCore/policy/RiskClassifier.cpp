@@ -1,9 +1,9 @@
-#include "safety/RiskClassifier.h"
+#include "policy/RiskClassifier.h"
 
 #include "platform/LinkResolver.h"
+#include "platform/PathText.h"
 #include "rules/RuleRegistry.h"
 #include "safety/CacheDirTagDetector.h"
-#include "support/PathText.h"
 
 #include <vector>
 

@@ -1,4 +1,4 @@
-#include "safety/PathCheckOutcome.h"
+#include "policy/PathCheckOutcome.h"
 
 namespace kestrow {
 

@@ -1,7 +1,7 @@
-#include "safety/PathChecker.h"
+#include "policy/PathChecker.h"
 
+#include "platform/PathText.h"
 #include "safety/SandboxValidator.h"
-#include "support/PathText.h"
 
 namespace kestrow {
 

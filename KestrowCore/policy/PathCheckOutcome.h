@@ -1,6 +1,6 @@
 #pragma once
 
-#include "safety/RiskClassificationResult.h"
+#include "policy/RiskClassificationResult.h"
 #include "safety/SandboxSecurityError.h"
 #include "support/JsonValue.h"
 
