@@ -51,8 +51,13 @@ OpenedFolder OpenedFolder::open(const SystemCalls& calls, const QByteArray& path
     const int openError = errno;
     // Made only when nothing is there: something that is not a folder is not replaced.
     FileStatus existing;
-    if (!createMode || calls.statAt(AT_FDCWD, path.constData(), 0, existing) == 0)
+    if (!createMode)
         return {UniqueFd(), openError, false};
+    if (calls.statAt(AT_FDCWD, path.constData(), 0, existing) == 0) {
+        // Another process may have made it since the open failed: one more try decides.
+        fd = UniqueFd(calls.openAt(AT_FDCWD, path.constData(), folderFlags));
+        return fd.isOpen() ? OpenedFolder{std::move(fd), 0, false} : OpenedFolder{UniqueFd(), errno, false};
+    }
     if (const int error = makeFolders(calls, path, *createMode); error != 0)
         return {UniqueFd(), error, true};
     fd = UniqueFd(calls.openAt(AT_FDCWD, path.constData(), folderFlags));
