@@ -145,7 +145,8 @@ AnchorOutcome FileManager::anchor(const QString& path) const
     if (calls.statAt(folder.get(), name.constData(), AT_SYMLINK_NOFOLLOW, status) != 0)
         return {std::nullopt, errno};
     return {AnchoredItem{std::move(folder), name,
-                         NativePath::decode(folderPath.endsWith('/') ? folderPath + name : folderPath + '/' + name),
+                         NativePath::decode(folderPath.endsWith('/') ? QByteArray(folderPath + name)
+                                                                     : QByteArray(folderPath + '/' + name)),
                          status},
             0};
 }

@@ -41,7 +41,7 @@ QByteArray homeTrashPath()
     }
     while (data.size() > 1 && data.endsWith('/'))
         data.chop(1);
-    return data.endsWith('/') ? data + "Trash" : data + "/Trash";
+    return data.endsWith('/') ? QByteArray(data + "Trash") : QByteArray(data + "/Trash");
 }
 
 // The name the item gets in the Trash at the given try, short enough for its record's name.

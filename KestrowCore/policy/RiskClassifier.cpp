@@ -38,12 +38,12 @@ const std::vector<HomeList>& homeLists()
         {{QStringLiteral("documents"), QStringLiteral("desktop"), QStringLiteral("pictures"), QStringLiteral("music"),
           QStringLiteral("movies")},
          Reach::folder,
-         [](const QString& entry) {
+         [](const QString& entry) -> QString {
              return QStringLiteral("Protected user personal directory (~/") + entry + QStringLiteral(").");
          }},
         {{QStringLiteral(".cargo/bin"), QStringLiteral(".local/bin"), QStringLiteral(".bun/bin")},
          Reach::folder,
-         [](const QString& entry) {
+         [](const QString& entry) -> QString {
              return QStringLiteral("Protected executable user tool binaries (~/") + entry + QStringLiteral(").");
          }},
         {{QStringLiteral(".ssh"), QStringLiteral(".gnupg"), QStringLiteral("library/keychains"),

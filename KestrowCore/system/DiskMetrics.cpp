@@ -6,17 +6,17 @@
 
 namespace kestrow {
 
-DiskMetrics::DiskMetrics(QString volumePath, QString volumeName, std::int64_t totalBytes, std::int64_t freeBytes,
-                         std::int64_t availableBytes, std::int64_t purgeableBytes, std::int64_t systemBytes)
-    : volumePath(std::move(volumePath))
-    , volumeName(std::move(volumeName))
-    , totalBytes(totalBytes)
-    , freeBytes(freeBytes)
-    , availableBytes(availableBytes)
-    , purgeableBytes(purgeableBytes)
-    , systemBytes(systemBytes)
-    , usedBytes(std::max<std::int64_t>(0, totalBytes - freeBytes))
-    , usedPercentage(totalBytes < 1 ? 0.0 : static_cast<double>(usedBytes) / static_cast<double>(totalBytes) * 100.0)
+DiskMetrics::DiskMetrics(QString path, QString name, std::int64_t totalSize, std::int64_t freeSize,
+                         std::int64_t availableSize, std::int64_t purgeableSize, std::int64_t systemSize)
+    : volumePath(std::move(path))
+    , volumeName(std::move(name))
+    , totalBytes(totalSize)
+    , freeBytes(freeSize)
+    , availableBytes(availableSize)
+    , purgeableBytes(purgeableSize)
+    , systemBytes(systemSize)
+    , usedBytes(std::max<std::int64_t>(0, totalSize - freeSize))
+    , usedPercentage(totalSize < 1 ? 0.0 : static_cast<double>(usedBytes) / static_cast<double>(totalSize) * 100.0)
 {
 }
 

@@ -12,8 +12,8 @@ namespace kestrow {
 struct DiskMetrics {
     // `usedBytes` is total less free, not below 0; `usedPercentage` its share of the total,
     // 0 when the total is below 1.
-    DiskMetrics(QString volumePath, QString volumeName, std::int64_t totalBytes, std::int64_t freeBytes,
-                std::int64_t availableBytes, std::int64_t purgeableBytes, std::int64_t systemBytes);
+    DiskMetrics(QString path, QString name, std::int64_t totalSize, std::int64_t freeSize, std::int64_t availableSize,
+                std::int64_t purgeableSize, std::int64_t systemSize);
 
     QString volumePath;
     QString volumeName;

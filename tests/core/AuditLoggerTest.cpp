@@ -132,9 +132,11 @@ TEST(AuditLogger, VerificationNamesTheFirstBrokenLine)
     // Blank lines and a reordered path array (the hash sorts paths) change nothing; the
     // writer's "1250" reads back and hashes as "1250.0".
     QByteArrayList edited = original;
-    edited[1].replace("\"paths\":[\"" + home.path(QStringLiteral("x/b")).toUtf8().replace("/", "\\/") + "\",",
-                      "\"paths\":[");
-    edited[1].replace("\\/y\"]", "\\/y\",\"" + home.path(QStringLiteral("x/b")).toUtf8().replace("/", "\\/") + "\"]");
+    edited[1].replace(
+        QByteArray("\"paths\":[\"" + home.path(QStringLiteral("x/b")).toUtf8().replace("/", "\\/") + "\","),
+        "\"paths\":[");
+    edited[1].replace("\\/y\"]",
+                      QByteArray("\\/y\",\"" + home.path(QStringLiteral("x/b")).toUtf8().replace("/", "\\/") + "\"]"));
     ASSERT_NE(edited[1], original[1]);
     ASSERT_TRUE(original[1].contains("\"durationMs\":1250,"));
     edited.insert(1, "  \t");
@@ -258,7 +260,7 @@ TEST(AuditLogger, QuickLineReadingAgreesWithTheFullDecoder)
         replaced(durationKey, "\"durationMs\":null"),
         replaced(durationKey, "\"durationMs\":\"1\""),
         replaced(durationKey, "\"durationMs\":01"),
-        replaced(durationKey + ",", ""),
+        replaced(QByteArray(durationKey + ","), ""),
         replaced("\"itemsCount\":2", "\"itemsCount\":2.0"),
         replaced("\"itemsCount\":2", "\"itemsCount\":-2"),
         replaced("\"itemsCount\":2", "\"itemsCount\":1234567890123456789"),
@@ -273,8 +275,8 @@ TEST(AuditLogger, QuickLineReadingAgreesWithTheFullDecoder)
         replaced("\"paths\":[", "\"paths\":[ 7,"),
         replaced("{", " \t{ "),
         replaced("{", "\xef\xbb\xbf{"),
-        line + " ",
-        line + "x",
+        QByteArray(line + " "),
+        QByteArray(line + "x"),
         line.chopped(1),
     };
     for (const QByteArray& variant : variants) {

@@ -202,7 +202,7 @@ TEST(DescriptorWalk, RemovalTakesLinksThemselvesAndRefusesWhatChangedOrWillNotGo
     const QString target = home.writeFile(QStringLiteral("projects/app/main.c"), 5000);
     const QString link = home.path(QStringLiteral(".cache/link"));
     const FileManager fileManager;
-    for (const QString& named : {link + QLatin1Char('/'), link}) {
+    for (const QString& named : {QString(link + QLatin1Char('/')), link}) {
         home.makeSymbolicLink(QStringLiteral(".cache/link"), home.path(QStringLiteral("projects")));
         const FileOperationResult removed = fileManager.removeItem(*fileManager.anchor(named).item);
         EXPECT_TRUE(removed.succeeded) << removed.errorDescription.toStdString();
@@ -213,9 +213,9 @@ TEST(DescriptorWalk, RemovalTakesLinksThemselvesAndRefusesWhatChangedOrWillNotGo
     // Swapped for another folder after it was anchored: nothing goes.
     const QString item = home.writeFile(QStringLiteral(".cache/item/a"), 10).chopped(2);
     const AnchorOutcome anchored = fileManager.anchor(item);
-    ASSERT_EQ(
-        ::rename(NativePath::encode(item).constData(), NativePath::encode(item + QStringLiteral("-old")).constData()),
-        0);
+    ASSERT_EQ(::rename(NativePath::encode(item).constData(),
+                       NativePath::encode(QString(item + QStringLiteral("-old"))).constData()),
+              0);
     home.writeFile(QStringLiteral(".cache/item/b"), 10);
     EXPECT_EQ(fileManager.removeItem(*anchored.item).errorDescription,
               QStringLiteral("\u201c%1\u201d changed after it was checked; nothing was removed.").arg(item));

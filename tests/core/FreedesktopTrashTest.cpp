@@ -158,7 +158,7 @@ TEST(FreedesktopTrash, AwkwardNamesComeBackToTheirExactPathsWithTheirContent)
     EXPECT_EQ(readRaw(NativePath::encode(*result.resultingPath)), "latin-1");
     // The temporary home's clean-up reads names as UTF-8 and would miss these two.
     ::unlink(NativePath::encode(*result.resultingPath).constData());
-    ::unlink((NativePath::encode(home.trashInfoFolder()) + "/caf\xE9.trashinfo").constData());
+    ::unlink(QByteArray(NativePath::encode(home.trashInfoFolder()) + "/caf\xE9.trashinfo").constData());
 }
 
 TEST(FreedesktopTrash, TakenNamesGetNumberedOnesAndThreadsNeverShareOne)

@@ -62,7 +62,7 @@ TEST(ItemMeasurer, EmptyMissingAndSingleFiles)
         const QString link =
             home.makeSymbolicLink(QStringLiteral("link-to-") + QString::number(target.size()), home.path(target));
         const FileStatus own = *fileManager.status(link);
-        for (const QString& named : {link, link + QLatin1Char('/')}) {
+        for (const QString& named : {link, QString(link + QLatin1Char('/'))}) {
             const MeasuredMetrics linked = measurer.measureItem(named);
             EXPECT_EQ(linked.fileCount, 1);
             EXPECT_EQ(linked.logicalBytes, own.size);

@@ -37,8 +37,8 @@ TEST(ModelAndToolTargets, DockerDisksAreOrphanedOnlyWhenDockerIsGoneAndIdle)
     const auto expected = [&](const char* tierAndStatus, const char* flags) {
         const QString rest = QLatin1String(tierAndStatus) + QStringLiteral("] | dev.docker.orphaned_vm | 1 files, ");
         return std::vector<std::string>{
-            (raw + rest + QStringLiteral("67108864 B | ") + QLatin1String(flags)).toStdString(),
-            (qcow + rest + QStringLiteral("50000 B | ") + QLatin1String(flags)).toStdString()};
+            QString(raw + rest + QStringLiteral("67108864 B | ") + QLatin1String(flags)).toStdString(),
+            QString(qcow + rest + QStringLiteral("50000 B | ") + QLatin1String(flags)).toStdString()};
     };
 
     EXPECT_EQ(home.lines(scanDocker(home, installed, nothingRuns)),
@@ -80,8 +80,8 @@ TEST(ModelAndToolTargets, FoldersThatListNothingAreReportedWhole)
         {StorageCategory::aiModelWeights, StorageCategory::xcodeArtifacts, StorageCategory::strayDependencies}, {});
     std::vector<std::string> lines;
     for (const DiscoveredItem& item : items)
-        lines.push_back((item.path.mid(home.path().size() + 1) + QStringLiteral(" | ") + item.itemDescription +
-                         (item.requiresFullDiskAccess ? QStringLiteral(" | fda") : QString()))
+        lines.push_back(QString(item.path.mid(home.path().size() + 1) + QStringLiteral(" | ") + item.itemDescription +
+                                (item.requiresFullDiskAccess ? QStringLiteral(" | fda") : QString()))
                             .toStdString());
     EXPECT_EQ(lines, (std::vector<std::string>{
                          ".cache/huggingface/hub | HuggingFace Model Hub Cache",

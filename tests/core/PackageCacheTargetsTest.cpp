@@ -28,8 +28,8 @@ std::vector<std::string> lines(const TestHome& home, const std::vector<Discovere
     std::vector<std::string> result;
     for (const DiscoveredItem& item : items) {
         EXPECT_EQ(item.category, StorageCategory::developerCache);
-        result.push_back((item.path.mid(home.path().size() + 1) + QStringLiteral(" | ") + item.itemDescription +
-                          QStringLiteral(" | ") + item.ruleId.value_or(QString()))
+        result.push_back(QString(item.path.mid(home.path().size() + 1) + QStringLiteral(" | ") + item.itemDescription +
+                                 QStringLiteral(" | ") + item.ruleId.value_or(QString()))
                              .toStdString());
     }
     return result;

@@ -205,7 +205,8 @@ TEST(SandboxValidator, LinuxClosesOtherHomesAndSystemTrees)
 
     // Mounted media and installed software: the root, what lies below it, and rule patterns.
     for (const char* root : {"/opt", "/srv", "/mnt", "/media", "/nix"}) {
-        for (const QString& path : {QString::fromLatin1(root), QLatin1String(root) + QStringLiteral("/tool/cache")})
+        for (const QString& path :
+             {QString::fromLatin1(root), QString(QLatin1String(root) + QStringLiteral("/tool/cache"))})
             EXPECT_EQ(pathError(path, home), SandboxSecurityError::forbiddenSystemPath(path, QLatin1String(root)));
         EXPECT_EQ(patternError(QLatin1String(root) + QStringLiteral("/*/cache/**"), home),
                   SandboxSecurityError::forbiddenSystemPath(QLatin1String(root), QLatin1String(root)));

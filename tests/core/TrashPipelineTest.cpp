@@ -73,7 +73,7 @@ TEST(TrashPipeline, MixedBatchGivesOneRecordPerPathInOrderAndTrashesInsideTheTes
     EXPECT_TRUE(QFileInfo::exists(home.trashFilesFolder() + QStringLiteral("/app/sub/b")));
     QFile info(home.trashInfoFolder() + QStringLiteral("/app.trashinfo"));
     ASSERT_TRUE(info.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(info.readAll().contains("Path=" + QFile::encodeName(good)));
+    EXPECT_TRUE(info.readAll().contains(QByteArray("Path=" + QFile::encodeName(good))));
 
     const std::vector<AuditLogEntry> entries = logger->readEntries();
     ASSERT_EQ(entries.size(), 1u);
@@ -111,7 +111,8 @@ TEST(TrashPipeline, DryRunMeasuresAndTouchesNothing)
     EXPECT_EQ(summary.successCount(), 3);
     EXPECT_EQ(summary.totalAllocatedBytesFreed(), records[0].allocatedBytes + records[2].allocatedBytes);
     EXPECT_FALSE(records[0].trashPath);
-    for (const QString& path : {folder + QStringLiteral("/a"), folder + QStringLiteral("/b"), empty, single})
+    for (const QString& path :
+         {QString(folder + QStringLiteral("/a")), QString(folder + QStringLiteral("/b")), empty, single})
         EXPECT_TRUE(QFileInfo::exists(path)) << path.toStdString();
     EXPECT_FALSE(QFileInfo::exists(home.path(QStringLiteral(".local/share/Trash"))));
 
