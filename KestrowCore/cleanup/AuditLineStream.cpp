@@ -1,5 +1,7 @@
 #include "cleanup/AuditLineStream.h"
 
+#include "platform/SystemMessage.h"
+
 #include "cleanup/AuditLoggerError.h"
 
 #include <QString>
@@ -57,7 +59,7 @@ bool AuditLineStream::fill()
     if (got < 0) {
         const int errorCode = errno;
         m_buffer.resize(kept);
-        throw readFailed(QString::fromStdString(std::generic_category().message(errorCode)));
+        throw readFailed(SystemMessage::of(errorCode));
     }
     m_buffer.resize(kept + got);
     m_atEnd = got == 0;

@@ -1,5 +1,7 @@
 #include "cleanup/AuditLogger.h"
 
+#include "platform/SystemMessage.h"
+
 #include "cleanup/AuditLineScanner.h"
 #include "cleanup/AuditLineStream.h"
 #include "platform/NativePath.h"
@@ -27,11 +29,6 @@ namespace {
 
 constexpr mode_t folderMode = 0700;
 constexpr mode_t fileMode = 0600;
-
-QString systemMessage(int errorCode)
-{
-    return QString::fromStdString(std::generic_category().message(errorCode));
-}
 
 AuditLoggerError readFailed(const QString& reason)
 {
@@ -111,7 +108,7 @@ Tail readTail(const LockedFile& log)
 
 QString appendFailure(const LockedFile::AppendOutcome& outcome, qsizetype size)
 {
-    const QString reason = outcome.errorCode != 0 ? systemMessage(outcome.errorCode)
+    const QString reason = outcome.errorCode != 0 ? SystemMessage::of(outcome.errorCode)
                                                   : QStringLiteral("Only %1 of %2 bytes could be written.")
                                                         .arg(QString::number(outcome.written), QString::number(size));
     return QStringLiteral("Failed to append data to log file: ") + reason;
@@ -299,10 +296,10 @@ LockedFile AuditLogger::openForAppending() const
     const OpenedFolder folder =
         OpenedFolder::open(calls, NativePath::encode(PathText::parent(m_logFileURL)), folderMode);
     if (folder.creationFailed)
-        throw AuditLoggerError::directoryCreationFailed(systemMessage(folder.errorCode));
+        throw AuditLoggerError::directoryCreationFailed(SystemMessage::of(folder.errorCode));
     if (!folder.fd.isOpen())
         throw AuditLoggerError::writeFailed(QStringLiteral("Unable to create log file: ") +
-                                            systemMessage(folder.errorCode));
+                                            SystemMessage::of(folder.errorCode));
     LockedFile log = LockedFile::open(calls, folder.fd.get(), NativePath::encode(PathText::lastComponent(m_logFileURL)),
                                       LockedFile::Access::append, fileMode);
     switch (log.refusal()) {
@@ -313,7 +310,7 @@ LockedFile AuditLogger::openForAppending() const
         throw AuditLoggerError::writeFailed(refusalText(log.refusal()));
     case LockedFile::Refusal::creationFailed:
         throw AuditLoggerError::writeFailed(QStringLiteral("Unable to create log file: ") +
-                                            systemMessage(log.errorCode()));
+                                            SystemMessage::of(log.errorCode()));
     case LockedFile::Refusal::absent:
     case LockedFile::Refusal::failed:
         break;
@@ -328,7 +325,7 @@ std::optional<LockedFile> AuditLogger::openForReading() const
     if (!folder.fd.isOpen()) {
         if (folder.errorCode == ENOENT || folder.errorCode == ENOTDIR)
             return std::nullopt;
-        throw readFailed(systemMessage(folder.errorCode));
+        throw readFailed(SystemMessage::of(folder.errorCode));
     }
     LockedFile log = LockedFile::open(calls, folder.fd.get(), NativePath::encode(PathText::lastComponent(m_logFileURL)),
                                       LockedFile::Access::read);
@@ -344,7 +341,7 @@ std::optional<LockedFile> AuditLogger::openForReading() const
     case LockedFile::Refusal::failed:
         break;
     }
-    throw readFailed(systemMessage(log.errorCode()));
+    throw readFailed(SystemMessage::of(log.errorCode()));
 }
 
 } // namespace kestrow

@@ -1,5 +1,7 @@
 #include "cleanup/TrashPipeline.h"
 
+#include "platform/SystemMessage.h"
+
 #include "platform/LinkResolver.h"
 #include "platform/PathText.h"
 #include "platform/ProcessFolders.h"
@@ -47,11 +49,6 @@ public:
 private:
     const QString& m_root;
 };
-
-QString systemMessage(int errorCode)
-{
-    return QString::fromStdString(std::generic_category().message(errorCode));
-}
 
 TrashItemRecord makeRecord(const QString& path, const MeasuredMetrics& metrics, TrashItemStatus status,
                            std::optional<QString> trashPath = std::nullopt,
@@ -160,7 +157,7 @@ TrashItemRecord TrashPipeline::processItem(const QString& path, bool dryRun, boo
                               QStringLiteral("File does not exist: ") + path);
         return makeRecord(path, {.fileCount = 1}, TrashItemStatus::failed, std::nullopt,
                           QStringLiteral("Could not open the folder holding \u201c%1\u201d: %2")
-                              .arg(path, systemMessage(anchored.errorCode)));
+                              .arg(path, SystemMessage::of(anchored.errorCode)));
     }
     const AnchoredItem& item = *anchored.item;
 

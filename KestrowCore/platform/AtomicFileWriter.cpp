@@ -1,5 +1,7 @@
 #include "platform/AtomicFileWriter.h"
 
+#include "platform/SystemMessage.h"
+
 #include "platform/NativePath.h"
 #include "platform/UniqueFd.h"
 
@@ -20,7 +22,7 @@ constexpr mode_t defaultFolderMode = 0777;
 
 FileOperationResult failure(int errorCode)
 {
-    return {false, std::nullopt, QString::fromStdString(std::generic_category().message(errorCode))};
+    return {false, std::nullopt, SystemMessage::of(errorCode)};
 }
 
 } // namespace

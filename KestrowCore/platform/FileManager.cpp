@@ -1,5 +1,7 @@
 #include "platform/FileManager.h"
 
+#include "platform/SystemMessage.h"
+
 #include "platform/DirectoryStream.h"
 #include "platform/FreedesktopTrash.h"
 #include "platform/NativePath.h"
@@ -294,7 +296,7 @@ FileManager::RegularFileRead FileManager::readRegularFile(const QString& path, q
     const auto fail = [&result](int errorCode) {
         result.bytes.clear();
         result.errorCode = errorCode;
-        result.errorDescription = QString::fromStdString(std::generic_category().message(errorCode));
+        result.errorDescription = SystemMessage::of(errorCode);
         return std::move(result);
     };
     const auto notRegular = [&result](const FileStatus& status) {

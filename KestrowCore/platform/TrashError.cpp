@@ -1,5 +1,7 @@
 #include "platform/TrashError.h"
 
+#include "platform/SystemMessage.h"
+
 #include <system_error>
 
 namespace kestrow {
@@ -30,7 +32,7 @@ QString TrashError::description() const
 
 QString TrashError::systemText(int errorCode)
 {
-    return QString::fromStdString(std::generic_category().message(errorCode));
+    return SystemMessage::of(errorCode);
 }
 
 } // namespace kestrow

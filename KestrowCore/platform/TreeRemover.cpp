@@ -1,5 +1,7 @@
 #include "platform/TreeRemover.h"
 
+#include "platform/SystemMessage.h"
+
 #include "platform/NativePath.h"
 #include "platform/TreeWalker.h"
 
@@ -81,8 +83,7 @@ TreeRemover::TreeRemover(const FileManager& fileManager)
 
 FileOperationResult TreeRemover::failure(const QString& path, int errorCode)
 {
-    return refusal(QStringLiteral("Could not remove \u201c%1\u201d: %2")
-                       .arg(path, QString::fromStdString(std::generic_category().message(errorCode))));
+    return refusal(QStringLiteral("Could not remove \u201c%1\u201d: %2").arg(path, SystemMessage::of(errorCode)));
 }
 
 FileOperationResult TreeRemover::remove(const AnchoredItem& item) const

@@ -1,5 +1,7 @@
 #include "rules/RuleRegistry.h"
 
+#include "platform/SystemMessage.h"
+
 #include "platform/AtomicFileWriter.h"
 #include "platform/PathText.h"
 #include "rules/BuiltInRules.h"
@@ -82,7 +84,7 @@ void RuleRegistry::loadCustomRules()
     if (read.errorCode != 0)
         throw unreadable(read.errorDescription);
     if (read.bytes.size() > maximumRulesFileSize)
-        throw unreadable(QString::fromStdString(std::generic_category().message(EFBIG)));
+        throw unreadable(SystemMessage::of(EFBIG));
     RuleCatalog catalog;
     try {
         catalog = RuleCatalog::fromFileText(read.bytes);

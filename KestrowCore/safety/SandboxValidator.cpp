@@ -1,5 +1,7 @@
 #include "safety/SandboxValidator.h"
 
+#include "platform/SystemMessage.h"
+
 #include "platform/LinkResolver.h"
 #include "platform/PathText.h"
 #include "platform/PlatformSystemPaths.h"
@@ -42,8 +44,7 @@ QString resolvedOrRefused(const QString& path, const LinkResolver& resolver)
         throw SandboxSecurityError::symlinkEscapedSandbox(
             path, resolution.path,
             QStringLiteral("Symlinks could not be followed at '%1' (%2).")
-                .arg(resolution.unexaminedPath,
-                     QString::fromStdString(std::generic_category().message(resolution.errorCode))));
+                .arg(resolution.unexaminedPath, SystemMessage::of(resolution.errorCode)));
     return PathText::removingDotComponents(resolution.path);
 }
 
