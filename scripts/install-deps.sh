@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that build and test Kestrow. Safe to run again.
 set -euo pipefail
-packages=(cmake ninja-build g++ qt6-base-dev libcli11-dev libgtest-dev libgmock-dev libplist-dev clang-format clang clang-tidy python3 trash-cli)
+packages=(cmake ninja-build g++ qt6-base-dev libcli11-dev libgtest-dev libgmock-dev libplist-dev pkg-config clang-format clang clang-tidy python3 trash-cli)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")
