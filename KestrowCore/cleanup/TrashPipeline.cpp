@@ -40,6 +40,18 @@ public:
 
     void mountPoint(const QString& path) override { mountPoints.append(path); }
 
+    [[nodiscard]] std::unique_ptr<WalkSink> split() const override { return std::make_unique<CountingSink>(m_root); }
+
+    void join(WalkSink& part) override
+    {
+        const auto& other = static_cast<const CountingSink&>(part);
+        allocatedBytes += other.allocatedBytes;
+        logicalBytes += other.logicalBytes;
+        fileCount += other.fileCount;
+        rootUnreadable = rootUnreadable || other.rootUnreadable;
+        mountPoints.append(other.mountPoints);
+    }
+
     std::int64_t allocatedBytes = 0;
     std::int64_t logicalBytes = 0;
     std::int64_t fileCount = 0;
@@ -207,7 +219,9 @@ TrashPipeline::ItemMeasure TrashPipeline::measureAnchored(const AnchoredItem& it
             .metrics = {.allocatedBytes = item.status.allocatedSize, .logicalBytes = item.status.size, .fileCount = 1}};
     }
     CountingSink sink(item.path);
-    m_fileManager->walk(item, sink);
+    m_fileManager->walk(item, sink, {}, WalkOptions::allProcessors());
+    // In path order, whichever thread met which.
+    sink.mountPoints.sort();
     ItemMeasure measure{.mountPoints = sink.mountPoints};
     if (sink.rootUnreadable && sink.fileCount == 0)
         measure.metrics = {.fileCount = 1};

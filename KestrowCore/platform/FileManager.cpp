@@ -8,6 +8,7 @@
 #include "platform/TrashError.h"
 #include "platform/TreeRemover.h"
 #include "platform/TreeWalker.h"
+#include "platform/WalkCrew.h"
 
 #include <QFile>
 
@@ -17,6 +18,7 @@
 #include <fcntl.h>
 #include <string_view>
 #include <sys/stat.h>
+#include <thread>
 
 namespace kestrow {
 
@@ -56,9 +58,10 @@ FileStatus toStatus(const struct stat& info)
 // each; a link, a socket or a device needs none), folders that could not be read, mount points.
 class SinkVisitor final : public TreeWalker::Visitor {
 public:
-    SinkVisitor(const SystemCalls& calls, WalkSink& sink)
+    SinkVisitor(const SystemCalls& calls, WalkSink& sink, const std::function<bool()>& pace)
         : m_calls(calls)
         , m_sink(sink)
+        , m_pace(pace)
     {
     }
 
@@ -92,12 +95,60 @@ public:
         return true;
     }
 
+    bool listingFolder() override { return !m_pace || m_pace(); }
+
 private:
     const SystemCalls& m_calls;
     WalkSink& m_sink;
+    const std::function<bool()>& m_pace;
 };
 
+// One thread of a walk on several: its part of the sink and its own walker.
+struct CrewMember {
+    CrewMember(const SystemCalls& calls, WalkSink& part, const std::function<bool()>& pace, WalkCrew& crew)
+        : visitor(calls, part, pace)
+        , walker(calls, visitor, crew)
+    {
+    }
+    SinkVisitor visitor;
+    TreeWalker walker;
+};
+
+// Walks the open `root`, on one thread or, with a sink that splits, on as many as `options`
+// allows, each into a part of the sink of its own; the parts are joined in when all is walked.
+void walkTree(const SystemCalls& calls, UniqueFd root, std::string path, const FileStatus* mount, WalkSink& sink,
+              std::stop_token stop, const WalkOptions& options)
+{
+    std::vector<std::unique_ptr<WalkSink>> parts;
+    for (std::size_t count = 1; count < options.threads; ++count) {
+        std::unique_ptr<WalkSink> part = sink.split();
+        if (!part)
+            break;
+        parts.push_back(std::move(part));
+    }
+    if (parts.empty()) {
+        SinkVisitor visitor(calls, sink, options.pace);
+        TreeWalker(calls, visitor, std::move(stop)).walk(std::move(root), std::move(path), mount);
+        return;
+    }
+    WalkCrew crew(parts.size() + 1, std::move(stop));
+    std::vector<std::unique_ptr<CrewMember>> members(crew.threads());
+    crew.run(std::move(root), std::move(path), [&](std::size_t worker, UniqueFd folder, std::string at) {
+        std::unique_ptr<CrewMember>& member = members[worker];
+        if (!member)
+            member = std::make_unique<CrewMember>(calls, worker == 0 ? sink : *parts[worker - 1], options.pace, crew);
+        return member->walker.walk(std::move(folder), std::move(at), mount);
+    });
+    for (const std::unique_ptr<WalkSink>& part : parts)
+        sink.join(*part);
+}
+
 } // namespace
+
+WalkOptions WalkOptions::allProcessors()
+{
+    return {.threads = std::max(1u, std::thread::hardware_concurrency()), .pace = {}};
+}
 
 FileManager::FileManager(std::shared_ptr<const SystemCalls> systemCalls)
     : m_systemCalls(systemCalls ? std::move(systemCalls) : SystemCalls::real())
@@ -209,7 +260,7 @@ DirectoryListing FileManager::contentsOfDirectory(const QString& path, bool skip
     return listing;
 }
 
-void FileManager::walk(const QString& root, WalkSink& sink, std::stop_token stop) const
+void FileManager::walk(const QString& root, WalkSink& sink, std::stop_token stop, const WalkOptions& options) const
 {
     QByteArray native = NativePath::encode(root);
     while (native.size() > 1 && native.endsWith('/'))
@@ -220,8 +271,7 @@ void FileManager::walk(const QString& root, WalkSink& sink, std::stop_token stop
         sink.unreadableDirectory(root, errno);
         return;
     }
-    SinkVisitor visitor(*m_systemCalls, sink);
-    TreeWalker(*m_systemCalls, visitor, std::move(stop)).walk(std::move(folder), native.toStdString());
+    walkTree(*m_systemCalls, std::move(folder), native.toStdString(), nullptr, sink, std::move(stop), options);
 }
 
 FileOperationResult FileManager::trashItem(const QString& path) const
@@ -244,7 +294,7 @@ FileOperationResult FileManager::removeItem(const QString& path) const
     return removeItem(*anchored.item);
 }
 
-void FileManager::walk(const AnchoredItem& item, WalkSink& sink, std::stop_token stop) const
+void FileManager::walk(const AnchoredItem& item, WalkSink& sink, std::stop_token stop, const WalkOptions& options) const
 {
     int error = verifyAnchored(item);
     UniqueFd folder;
@@ -262,9 +312,8 @@ void FileManager::walk(const AnchoredItem& item, WalkSink& sink, std::stop_token
         sink.unreadableDirectory(item.path, error);
         return;
     }
-    SinkVisitor visitor(*m_systemCalls, sink);
-    TreeWalker(*m_systemCalls, visitor, std::move(stop))
-        .walk(std::move(folder), NativePath::encode(item.path).toStdString(), &status);
+    walkTree(*m_systemCalls, std::move(folder), NativePath::encode(item.path).toStdString(), &status, sink,
+             std::move(stop), options);
 }
 
 FileOperationResult FileManager::trashItem(const AnchoredItem& item) const

@@ -7,6 +7,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <stop_token>
@@ -16,7 +18,9 @@ namespace kestrow {
 
 class FreedesktopTrash;
 
-// Receives what a deep walk sees. The walker calls it on the walking thread.
+// Receives what a deep walk sees. A walk on several threads gives each thread a part of the
+// sink of its own, made by `split`, and joins the parts into the sink at the end; a sink that
+// cannot be split sees the whole walk on the calling thread.
 class WalkSink {
 public:
     virtual ~WalkSink() = default;
@@ -27,6 +31,24 @@ public:
     // A folder below the root where another file system (or a bind mount) is attached. Only
     // walks that stay on the root's mount report these; they do not enter them.
     virtual void mountPoint(const QString& path) { (void)path; }
+    // A new, empty part of this sink for another thread of the walk, or null when this sink
+    // must see all of the walk itself. Called before the walk starts.
+    [[nodiscard]] virtual std::unique_ptr<WalkSink> split() const { return nullptr; }
+    // Takes in what `part`, made by `split`, saw. Called once per part when the walk is over.
+    virtual void join(WalkSink& part) { (void)part; }
+};
+
+// How a deep walk may go about it.
+struct WalkOptions {
+    // Threads that may walk at once, the caller's included; folders are shared out only with
+    // a sink that splits.
+    std::size_t threads = 1;
+    // Called on a walking thread before each folder is listed, from several at once in a walk
+    // on several threads; false ends the walk. Lets the caller hold a walk back.
+    std::function<bool()> pace;
+
+    // As many threads as the machine has processors.
+    [[nodiscard]] static WalkOptions allProcessors();
 };
 
 struct DirectoryEntry {
@@ -93,7 +115,8 @@ public:
     // the root included (a link there is reported as an unreadable root); other mounts below
     // are entered. However deep the tree, a bounded number of folders is held open. Stops
     // early, quietly, when `stop` is requested.
-    virtual void walk(const QString& root, WalkSink& sink, std::stop_token stop = {}) const;
+    virtual void walk(const QString& root, WalkSink& sink, std::stop_token stop = {},
+                      const WalkOptions& options = {}) const;
     // Moves the item (a link itself, never what it leads to) to the user's Trash, from where
     // the desktop can put it back: the freedesktop.org Trash on Linux, the Finder's on macOS.
     // Never deletes instead; an item that cannot go stays where it is, and the description says
@@ -108,7 +131,8 @@ public:
     // mount points it meets. The removal takes a link itself, never what it leads to, and
     // never crosses a mount: an item that is a mount point or holds one anywhere below is
     // left untouched. It stops at the first thing that cannot go and names it.
-    virtual void walk(const AnchoredItem& item, WalkSink& sink, std::stop_token stop = {}) const;
+    virtual void walk(const AnchoredItem& item, WalkSink& sink, std::stop_token stop = {},
+                      const WalkOptions& options = {}) const;
     [[nodiscard]] virtual FileOperationResult trashItem(const AnchoredItem& item) const;
     [[nodiscard]] virtual FileOperationResult removeItem(const AnchoredItem& item) const;
 

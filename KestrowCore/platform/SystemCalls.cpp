@@ -137,6 +137,13 @@ ssize_t SystemCalls::readLinkAt(int folder, const char* name, char* buffer, size
     return retryOnInterrupt([&] { return ::readlinkat(folder, name, buffer, size); });
 }
 
+#if defined(__linux__)
+ssize_t SystemCalls::readDirectory(int folder, void* buffer, size_t size) const
+{
+    return retryOnInterrupt([&] { return static_cast<ssize_t>(::syscall(SYS_getdents64, folder, buffer, size)); });
+}
+#endif
+
 ssize_t SystemCalls::read(int fd, void* buffer, size_t size) const
 {
     return retryOnInterrupt([&] { return ::read(fd, buffer, size); });

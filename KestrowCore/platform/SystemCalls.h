@@ -49,6 +49,11 @@ public:
     virtual int unlinkAt(int folder, const char* name, int flags) const;
     virtual int makeDirectoryAt(int folder, const char* name, mode_t mode) const;
     virtual ssize_t readLinkAt(int folder, const char* name, char* buffer, size_t size) const;
+#if defined(__linux__)
+    // getdents64: as many whole entries of the open `folder` as fit in `buffer` (8-byte
+    // aligned), from where the last call left off; 0 at the end.
+    virtual ssize_t readDirectory(int folder, void* buffer, size_t size) const;
+#endif
     virtual ssize_t read(int fd, void* buffer, size_t size) const;
     virtual ssize_t readAt(int fd, void* buffer, size_t size, off_t offset) const;
     virtual ssize_t write(int fd, const void* data, size_t size) const;

@@ -1,7 +1,9 @@
 #include "platform/TreeWalker.h"
 
+#include "platform/WalkCrew.h"
+
+#include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
 
@@ -28,6 +30,17 @@ TreeWalker::TreeWalker(const SystemCalls& calls, Visitor& visitor, std::stop_tok
     : m_calls(calls)
     , m_visitor(visitor)
     , m_stop(std::move(stop))
+    , m_lister(calls)
+{
+}
+
+TreeWalker::TreeWalker(const SystemCalls& calls, Visitor& visitor, WalkCrew& crew)
+    : m_calls(calls)
+    , m_visitor(visitor)
+    , m_stop(crew.stopToken())
+    , m_crew(&crew)
+    , m_openLevels(std::max<std::size_t>(openLevels / crew.threads(), 8))
+    , m_lister(calls)
 {
 }
 
@@ -64,25 +77,25 @@ bool TreeWalker::walk(UniqueFd root, std::string path, const FileStatus* mount)
         return false;
     while (m_depth > 0) {
         Frame& frame = m_frames[m_depth - 1];
-        if (frame.next == frame.entries.size()) {
+        if (frame.next == frame.listing.entries.size()) {
             if (!climb())
                 return false;
             continue;
         }
         if (m_stop.stop_requested())
             return false;
-        const Entry entry = frame.entries[frame.next++];
-        const char* name = frame.names.data() + entry.offset;
+        const FolderListing::Entry entry = frame.listing.entries[frame.next++];
+        const char* name = frame.listing.name(entry);
         unsigned char type = entry.type;
         FileStatus status;
         const FileStatus* known = nullptr;
-        if (type == DT_UNKNOWN && m_calls.statAt(frame.stream.fd(), name, AT_SYMLINK_NOFOLLOW, status) == 0) {
+        if (type == DT_UNKNOWN && m_calls.statAt(frame.folder.get(), name, AT_SYMLINK_NOFOLLOW, status) == 0) {
             if (status.isDirectory())
                 type = DT_DIR;
             else
                 known = &status;
         }
-        if (!(type == DT_DIR ? descend(name) : m_visitor.entry(frame.stream.fd(), m_path, name, type, known)))
+        if (!(type == DT_DIR ? descend(name) : m_visitor.entry(frame.folder.get(), m_path, name, type, known)))
             return false;
     }
     return true;
@@ -93,29 +106,26 @@ bool TreeWalker::enter(UniqueFd folder, std::size_t nameStart)
     if (m_frames.size() == m_depth)
         m_frames.emplace_back();
     Frame& frame = m_frames[m_depth];
-    frame.stream = DirectoryStream(std::move(folder));
-    if (!frame.stream.isOpen())
-        return m_visitor.unreadableFolder(m_path, errno);
-    frame.names.clear();
-    frame.entries.clear();
+    frame.folder = std::move(folder);
+    frame.listing.entries.clear();
     frame.next = 0;
     frame.nameStart = nameStart;
     frame.pathEnd = m_path.size();
-    if (m_depth >= openLevels) {
+    if (m_depth >= m_openLevels) {
         // This folder may be let go, so it has to be known again when it is reopened.
         FileStatus status;
-        if (m_calls.statAt(frame.stream.fd(), "", AT_EMPTY_PATH, status) != 0) {
-            frame.stream = DirectoryStream();
+        if (m_calls.statAt(frame.folder.get(), "", AT_EMPTY_PATH, status) != 0) {
+            frame.folder.reset();
             return m_visitor.unreadableFolder(m_path, errno);
         }
         frame.device = status.device;
         frame.inode = status.inode;
     }
-    int error = 0;
-    while (const dirent* entry = frame.stream.next(error)) {
-        frame.entries.push_back({static_cast<std::uint32_t>(frame.names.size()), entry->d_type});
-        frame.names.append(entry->d_name, std::strlen(entry->d_name) + 1);
+    if (!m_visitor.listingFolder()) {
+        frame.folder.reset();
+        return false;
     }
+    const int error = m_lister.list(frame.folder.get(), frame.listing);
     ++m_depth;
     // What was listed before the failure is still walked.
     return error == 0 || m_visitor.unreadableFolder(m_path, error);
@@ -124,7 +134,7 @@ bool TreeWalker::enter(UniqueFd folder, std::size_t nameStart)
 bool TreeWalker::descend(const char* name)
 {
     const std::size_t parent = m_depth - 1;
-    const int parentFolder = m_frames[parent].stream.fd();
+    const int parentFolder = m_frames[parent].folder.get();
     const std::size_t mark = m_path.size();
     if (m_path.empty() || m_path.back() != '/')
         m_path.push_back('/');
@@ -132,11 +142,15 @@ bool TreeWalker::descend(const char* name)
     m_path.append(name);
     UniqueFd child(openFolder(parentFolder, name, m_mount));
     bool goOn = true;
+    if (child.isOpen() && m_crew && m_crew->wantsFolder() && m_crew->handOver(child, m_path)) {
+        m_path.resize(mark); // another thread walks it
+        return true;
+    }
     if (child.isOpen()) {
         goOn = enter(std::move(child), nameStart);
         if (m_depth > parent + 1) {
-            if (parent >= openLevels)
-                m_frames[parent].stream = DirectoryStream(); // listed whole; reopened on the way back
+            if (parent >= m_openLevels)
+                m_frames[parent].folder.reset(); // listed whole; reopened on the way back
             return goOn;
         }
     } else if (errno == EXDEV) {
@@ -156,18 +170,18 @@ bool TreeWalker::climb()
     Frame& child = m_frames[m_depth - 1];
     --m_depth;
     if (m_depth == 0) {
-        child.stream = DirectoryStream();
+        child.folder.reset();
         return true;
     }
     Frame& parent = m_frames[m_depth - 1];
     bool goOn = true;
-    const int error = parent.stream.isOpen() ? 0 : regain(m_depth - 1, child.stream.fd());
-    child.stream = DirectoryStream();
+    const int error = parent.folder.isOpen() ? 0 : regain(m_depth - 1, child.folder.get());
+    child.folder.reset();
     if (error == 0) {
-        goOn = m_visitor.leftFolder(parent.stream.fd(), m_path.c_str() + child.nameStart, m_path);
+        goOn = m_visitor.leftFolder(parent.folder.get(), m_path.c_str() + child.nameStart, m_path);
     } else {
         // The rest of the parent cannot be reached; it is reported and left out.
-        parent.next = parent.entries.size();
+        parent.next = parent.listing.entries.size();
         goOn = m_visitor.unreadableFolder(std::string_view(m_path).substr(0, parent.pathEnd), error);
     }
     m_path.resize(parent.pathEnd);
@@ -180,17 +194,17 @@ int TreeWalker::regain(std::size_t index, int childFolder)
     if (childFolder >= 0) {
         UniqueFd up(m_calls.openAt(childFolder, "..", folderFlags));
         if (up.isOpen() && isFrame(up.get(), frame)) {
-            frame.stream = DirectoryStream(std::move(up));
-            return frame.stream.isOpen() ? 0 : errno;
+            frame.folder = std::move(up);
+            return 0;
         }
     }
     // Moved meanwhile: down again by name from the nearest folder still open, each step
-    // checked. The top `openLevels` folders are never let go, so one is always there.
+    // checked. The top folders are never let go, so one is always there.
     std::size_t open = index;
-    while (!m_frames[open].stream.isOpen())
+    while (!m_frames[open].folder.isOpen())
         --open;
     UniqueFd folder;
-    int at = m_frames[open].stream.fd();
+    int at = m_frames[open].folder.get();
     for (std::size_t level = open + 1; level <= index; ++level) {
         const Frame& step = m_frames[level];
         const std::string name = m_path.substr(step.nameStart, step.pathEnd - step.nameStart);
@@ -202,8 +216,8 @@ int TreeWalker::regain(std::size_t index, int childFolder)
         folder = std::move(next);
         at = folder.get();
     }
-    frame.stream = DirectoryStream(std::move(folder));
-    return frame.stream.isOpen() ? 0 : errno;
+    frame.folder = std::move(folder);
+    return 0;
 }
 
 bool TreeWalker::isFrame(int folder, const Frame& frame) const

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/DirectoryStream.h"
 #include "platform/FileStatus.h"
+#include "platform/FolderLister.h"
 #include "platform/SystemCalls.h"
 #include "platform/UniqueFd.h"
 
@@ -14,12 +14,15 @@
 
 namespace kestrow {
 
+class WalkCrew;
+
 // Depth first over a folder tree through descriptors, never following a link. Each folder is
 // listed once, whole, before anything below it is entered, so that however deep the tree only
 // the top `openLevels` folders and the one being walked need to stay open: a deeper folder is
 // let go while its sub-folders are walked and opened again through ".." (checked against its
 // device and inode, else reached again by name from the nearest folder still open). Paths are
-// native bytes, kept only to name what is reported.
+// native bytes, kept only to name what is reported. In a crew, a sub-folder may go to another
+// thread instead, with what it holds; that folder then gets no `leftFolder`.
 class TreeWalker {
 public:
     // What the walk meets, on the walking thread. Each call returns false to end the walk.
@@ -37,11 +40,16 @@ public:
         virtual bool unreadableFolder(std::string_view path, int errorCode) = 0;
         // A folder where another mount is attached; never entered when the walk stays on one.
         virtual bool mountPoint(std::string_view path) = 0;
+        // Before each folder is listed, so that the walk can be held back.
+        virtual bool listingFolder() { return true; }
     };
 
     static constexpr std::size_t openLevels = 64;
 
     TreeWalker(const SystemCalls& calls, Visitor& visitor, std::stop_token stop = {});
+    // One walker of `crew`, on one of its threads: it hands sub-folders over when the crew
+    // wants them, and keeps fewer folders open, its share of `openLevels`.
+    TreeWalker(const SystemCalls& calls, Visitor& visitor, WalkCrew& crew);
 
     // Walks what the open folder `root` at `path` holds. With `mount` (the status of a folder
     // on the mount to stay on), a sub-folder where another mount is attached, a bind mount of
@@ -54,14 +62,9 @@ public:
     [[nodiscard]] int openFolder(int folder, const char* name, const FileStatus* mount);
 
 private:
-    struct Entry {
-        std::uint32_t offset; // into Frame::names
-        unsigned char type;   // DT_ value
-    };
     struct Frame {
-        DirectoryStream stream; // open unless let go while its sub-folders are walked
-        std::string names;      // the listing, each name ended by a NUL
-        std::vector<Entry> entries;
+        UniqueFd folder; // open unless let go while its sub-folders are walked
+        FolderListing listing;
         std::size_t next = 0;
         std::size_t nameStart = 0; // of its own name in m_path
         std::size_t pathEnd = 0;
@@ -78,6 +81,9 @@ private:
     const SystemCalls& m_calls;
     Visitor& m_visitor;
     std::stop_token m_stop;
+    WalkCrew* m_crew = nullptr;
+    std::size_t m_openLevels = openLevels;
+    FolderLister m_lister;
     const FileStatus* m_mount = nullptr;
     bool m_constrainedOpens = true; // until the system says it has no openat2
     std::string m_path;

@@ -104,11 +104,13 @@ DeepScanEngine::DeepScanEngine(Options options)
                           .fileManager = m_fileManager,
                           .ruleRegistry = m_ruleRegistry,
                           .isProcessRunning = m_isProcessRunning,
-                          .riskClassifier = RiskClassifier(m_homeURL, m_ruleRegistry, m_fileManager)})
+                          .riskClassifier = RiskClassifier(m_homeURL, m_ruleRegistry, m_fileManager),
+                          .thermalGovernor = m_thermalGovernor})
     , m_systemTargets({.homeURL = m_homeURL,
                        .fileManager = m_fileManager,
                        .ruleRegistry = m_ruleRegistry,
-                       .riskClassifier = RiskClassifier(m_homeURL, m_ruleRegistry, m_fileManager)})
+                       .riskClassifier = RiskClassifier(m_homeURL, m_ruleRegistry, m_fileManager),
+                       .thermalGovernor = m_thermalGovernor})
 {
 }
 

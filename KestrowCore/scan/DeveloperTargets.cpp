@@ -34,7 +34,7 @@ DeveloperTargets::DeveloperTargets(Options options)
     , m_riskClassifier(options.riskClassifier
                            ? std::move(*options.riskClassifier)
                            : RiskClassifier(m_context.homeURL, m_ruleRegistry, m_context.fileManager))
-    , m_measurer(*m_context.fileManager)
+    , m_measurer(*m_context.fileManager, {}, std::move(options.thermalGovernor))
 {
 }
 

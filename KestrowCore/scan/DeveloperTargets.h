@@ -29,6 +29,7 @@ public:
         std::shared_ptr<RuleRegistry> ruleRegistry;
         std::function<bool(const QString&)> isProcessRunning; // default: defaultProcessChecker
         std::optional<RiskClassifier> riskClassifier;         // default: on the same home, registry and file manager
+        std::shared_ptr<ThermalGovernor> thermalGovernor;     // paces the measuring; none: all processors
     };
 
     explicit DeveloperTargets(Options options);

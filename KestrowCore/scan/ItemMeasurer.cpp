@@ -2,7 +2,9 @@
 
 #include "support/TimeStamp.h"
 
-#include <unordered_set>
+#include <algorithm>
+#include <limits>
+#include <unordered_map>
 
 namespace kestrow {
 
@@ -21,6 +23,33 @@ struct InodeKeyHash {
     }
 };
 
+// What the files of a walk add up to.
+struct Totals {
+    std::int64_t allocatedBytes = 0;
+    std::int64_t logicalBytes = 0;
+    std::int64_t latestAccess = std::numeric_limits<std::int64_t>::min();
+    std::int64_t latestModification = std::numeric_limits<std::int64_t>::min();
+    bool sawDates = false;
+
+    void add(const FileStatus& status)
+    {
+        allocatedBytes += status.allocatedSize;
+        logicalBytes += status.size;
+        latestAccess = std::max(latestAccess, status.accessedNanoseconds);
+        latestModification = std::max(latestModification, status.modifiedNanoseconds);
+        sawDates = true;
+    }
+
+    void add(const Totals& other)
+    {
+        allocatedBytes += other.allocatedBytes;
+        logicalBytes += other.logicalBytes;
+        latestAccess = std::max(latestAccess, other.latestAccess);
+        latestModification = std::max(latestModification, other.latestModification);
+        sawDates = sawDates || other.sawDates;
+    }
+};
+
 class MeasuringSink : public WalkSink {
 public:
     explicit MeasuringSink(const ItemMeasurer::PermissionErrorTest& isPermissionError)
@@ -31,14 +60,12 @@ public:
     void regularFile(const FileStatus& status) override
     {
         ++fileCount;
-        // Only a file with several names can be met twice, so only those need remembering.
-        if (status.linkCount > 1 && !m_seen.insert({status.device, status.inode}).second)
-            return;
-        logicalBytes += status.size;
-        allocatedBytes += status.allocatedSize;
-        latestAccess = std::max(latestAccess, status.accessedNanoseconds);
-        latestModification = std::max(latestModification, status.modifiedNanoseconds);
-        sawDates = true;
+        // Only a file with several names can be met twice, so only those are kept aside, to be
+        // counted once when the walk is over, whichever thread met which name.
+        if (status.linkCount > 1)
+            m_linked.try_emplace({status.device, status.inode}, status);
+        else
+            m_totals.add(status);
     }
 
     void unreadableDirectory(const QString&, int errorCode) override
@@ -47,25 +74,68 @@ public:
             requiresFullDiskAccess = true;
     }
 
-    std::int64_t allocatedBytes = 0;
-    std::int64_t logicalBytes = 0;
+    [[nodiscard]] std::unique_ptr<WalkSink> split() const override
+    {
+        return std::make_unique<MeasuringSink>(m_isPermissionError);
+    }
+
+    void join(WalkSink& part) override
+    {
+        auto& other = static_cast<MeasuringSink&>(part);
+        fileCount += other.fileCount;
+        requiresFullDiskAccess = requiresFullDiskAccess || other.requiresFullDiskAccess;
+        m_totals.add(other.m_totals);
+        m_linked.merge(other.m_linked);
+    }
+
+    // All the walk saw, each file with several names once.
+    [[nodiscard]] Totals totals() const
+    {
+        Totals all = m_totals;
+        for (const auto& [key, status] : m_linked)
+            all.add(status);
+        return all;
+    }
+
     std::int64_t fileCount = 0;
-    std::int64_t latestAccess = std::numeric_limits<std::int64_t>::min();
-    std::int64_t latestModification = std::numeric_limits<std::int64_t>::min();
-    bool sawDates = false;
     bool requiresFullDiskAccess = false;
 
 private:
     const ItemMeasurer::PermissionErrorTest& m_isPermissionError;
-    std::unordered_set<InodeKey, InodeKeyHash> m_seen;
+    Totals m_totals;
+    std::unordered_map<InodeKey, FileStatus, InodeKeyHash> m_linked;
 };
 
 } // namespace
 
-ItemMeasurer::ItemMeasurer(const FileManager& fileManager, PermissionErrorTest isPermissionError)
+ItemMeasurer::ItemMeasurer(const FileManager& fileManager, PermissionErrorTest isPermissionError,
+                           std::shared_ptr<ThermalGovernor> thermalGovernor)
     : m_fileManager(fileManager)
     , m_isPermissionError(std::move(isPermissionError))
+    , m_thermalGovernor(std::move(thermalGovernor))
 {
+}
+
+WalkOptions ItemMeasurer::walkOptions(const std::stop_token& stop) const
+{
+    if (!m_thermalGovernor)
+        return WalkOptions::allProcessors();
+    ThermalGovernor& governor = *m_thermalGovernor;
+    return {
+        .threads = static_cast<std::size_t>(std::max(governor.currentProfile().maxParallelTasks, 1)),
+        // Each thread waits out a pause at its next folder; a stop ends the walk.
+        .pace =
+            [&governor, stop] {
+                if (!governor.currentProfile().isPaused)
+                    return true;
+                try {
+                    governor.checkpoint(stop);
+                    return true;
+                } catch (const CancellationError&) {
+                    return false;
+                }
+            },
+    };
 }
 
 MeasuredMetrics ItemMeasurer::measureItem(const QString& path, std::stop_token stop) const
@@ -83,19 +153,21 @@ MeasuredMetrics ItemMeasurer::measureItem(const QString& path, std::stop_token s
         return measureSingleFile(item);
 
     MeasuringSink sink(m_isPermissionError);
-    m_fileManager.walk(item, sink, std::move(stop));
+    const WalkOptions options = walkOptions(stop);
+    m_fileManager.walk(item, sink, std::move(stop), options);
+    const Totals totals = sink.totals();
     MeasuredMetrics metrics{
-        .allocatedBytes = sink.allocatedBytes,
-        .logicalBytes = sink.logicalBytes,
+        .allocatedBytes = totals.allocatedBytes,
+        .logicalBytes = totals.logicalBytes,
         // Every existing folder counts as holding at least one file, empty ones too.
         .fileCount = std::max<std::int64_t>(sink.fileCount, 1),
         .lastAccessedDate = std::nullopt,
         .lastModifiedDate = std::nullopt,
         .requiresFullDiskAccess = sink.requiresFullDiskAccess,
     };
-    if (sink.sawDates) {
-        metrics.lastAccessedDate = TimeStamp::fromUnixNanoseconds(sink.latestAccess);
-        metrics.lastModifiedDate = TimeStamp::fromUnixNanoseconds(sink.latestModification);
+    if (totals.sawDates) {
+        metrics.lastAccessedDate = TimeStamp::fromUnixNanoseconds(totals.latestAccess);
+        metrics.lastModifiedDate = TimeStamp::fromUnixNanoseconds(totals.latestModification);
     }
     return metrics;
 }

@@ -1,25 +1,30 @@
 #pragma once
 
 #include "platform/FileManager.h"
+#include "scan/ThermalGovernor.h"
 #include "storage/MeasuredMetrics.h"
 
 #include <QString>
 
 #include <functional>
+#include <memory>
 #include <stop_token>
 
 namespace kestrow {
 
 // Measures locations with the one walker: hard links counted once by device and inode,
 // links never entered, hidden files counted, allocated size from the block count.
-// Never fails: what cannot be seen measures as less, or as nothing.
+// Never fails: what cannot be seen measures as less, or as nothing. A folder is walked on as
+// many threads as the governor's profile allows (as the machine has processors without one),
+// and every thread of it stops while the governor pauses the scan.
 class ItemMeasurer {
 public:
     // Decides whether an unreadable folder below a location means that Full Disk Access is
     // missing; absent, unreadable folders leave no trace.
     using PermissionErrorTest = std::function<bool(int errorCode)>;
 
-    explicit ItemMeasurer(const FileManager& fileManager, PermissionErrorTest isPermissionError = {});
+    explicit ItemMeasurer(const FileManager& fileManager, PermissionErrorTest isPermissionError = {},
+                          std::shared_ptr<ThermalGovernor> thermalGovernor = {});
 
     // Nothing there (a link leading nowhere included) measures as nothing; a folder as all it
     // holds, at least one file; anything else, a link to a folder included, as itself alone.
@@ -28,8 +33,11 @@ public:
     [[nodiscard]] MeasuredMetrics measureSingleFile(const QString& path) const;
 
 private:
+    [[nodiscard]] WalkOptions walkOptions(const std::stop_token& stop) const;
+
     const FileManager& m_fileManager;
     PermissionErrorTest m_isPermissionError;
+    std::shared_ptr<ThermalGovernor> m_thermalGovernor;
 };
 
 } // namespace kestrow

@@ -26,7 +26,7 @@ RuleStage::RuleStage(Options options)
     : m_homeURL(std::move(options.homeURL))
     , m_fileManager(options.fileManager ? std::move(options.fileManager) : std::make_shared<FileManager>())
     , m_thermalGovernor(options.thermalGovernor ? std::move(options.thermalGovernor) : ThermalGovernor::makeDefault())
-    , m_measurer(*m_fileManager)
+    , m_measurer(*m_fileManager, {}, m_thermalGovernor)
 {
 }
 

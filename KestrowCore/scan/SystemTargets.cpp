@@ -12,8 +12,9 @@ SystemTargets::SystemTargets(Options options)
     , m_riskClassifier(options.riskClassifier
                            ? std::move(*options.riskClassifier)
                            : RiskClassifier(m_context.homeURL, m_ruleRegistry, m_context.fileManager))
-    , m_measurer(*m_context.fileManager,
-                 [](int errorCode) { return TCCIsolationHelper::isPermissionOrTCCError(errorCode); })
+    , m_measurer(
+          *m_context.fileManager, [](int errorCode) { return TCCIsolationHelper::isPermissionOrTCCError(errorCode); },
+          std::move(options.thermalGovernor))
 {
 }
 

@@ -30,7 +30,8 @@ public:
         QString homeURL;
         std::shared_ptr<const FileManager> fileManager;
         std::shared_ptr<RuleRegistry> ruleRegistry;
-        std::optional<RiskClassifier> riskClassifier; // default: on the same home, registry and file manager
+        std::optional<RiskClassifier> riskClassifier;     // default: on the same home, registry and file manager
+        std::shared_ptr<ThermalGovernor> thermalGovernor; // paces the measuring; none: all processors
     };
 
     explicit SystemTargets(Options options);

@@ -26,11 +26,11 @@ DiscoveredItem item(const QString& path, RiskTier tier, std::int64_t allocated)
 // Lets a test hold the scan inside its first walk until it has asked the scan to stop.
 class GateFileManager : public FileManager {
 public:
-    void walk(const QString& root, WalkSink& sink, std::stop_token stop) const override
+    void walk(const QString& root, WalkSink& sink, std::stop_token stop, const WalkOptions& options) const override
     {
         entered.count_down();
         released.wait();
-        FileManager::walk(root, sink, stop);
+        FileManager::walk(root, sink, stop, options);
     }
     mutable std::latch entered{1};
     mutable std::latch released{1};

@@ -54,6 +54,13 @@ public:
     void regularFile(const FileStatus& status) override { ++files, bytes += status.size; }
     void unreadableDirectory(const QString& path, int) override { unreadable.append(path); }
     void mountPoint(const QString& path) override { mounts.append(path); }
+    std::unique_ptr<WalkSink> split() const override { return std::make_unique<RecordingSink>(); }
+    void join(WalkSink& part) override
+    {
+        const auto& other = static_cast<const RecordingSink&>(part);
+        files += other.files, bytes += other.bytes;
+        unreadable.append(other.unreadable), mounts.append(other.mounts);
+    }
     int files = 0;
     std::int64_t bytes = 0;
     QStringList unreadable, mounts;
@@ -164,10 +171,12 @@ TEST(DescriptorWalk, AnchoredWalksAndRemovalsStayOnTheItemsMount)
     withoutOpenat2->withoutOpenat2 = true;
     for (const auto& calls : {SystemCalls::real(), std::shared_ptr<const SystemCalls>(withoutOpenat2)}) {
         const FileManager fileManager(calls);
-        RecordingSink sink;
-        fileManager.walk(*fileManager.anchor(item).item, sink);
-        EXPECT_EQ(sink.mounts, QStringList{mountPoint});
-        EXPECT_EQ(sink.files, 1) << "the mounted sentinel is not counted";
+        for (std::size_t threads : {1, 4}) {
+            RecordingSink sink;
+            fileManager.walk(*fileManager.anchor(item).item, sink, {}, {.threads = threads, .pace = {}});
+            EXPECT_EQ(sink.mounts, QStringList{mountPoint});
+            EXPECT_EQ(sink.files, 1) << "the mounted sentinel is not counted";
+        }
 
         EXPECT_EQ(fileManager.removeItem(*fileManager.anchor(item).item).errorDescription,
                   QStringLiteral("\u201c%1\u201d holds a mount point at \u201c%2\u201d; nothing was removed.")

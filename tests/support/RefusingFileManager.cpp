@@ -42,7 +42,8 @@ DirectoryListing RefusingFileManager::contentsOfDirectory(const QString& path, b
     return FileManager::contentsOfDirectory(path, skipHidden);
 }
 
-void RefusingFileManager::walk(const QString& root, WalkSink& sink, std::stop_token stop) const
+void RefusingFileManager::walk(const QString& root, WalkSink& sink, std::stop_token stop,
+                               const WalkOptions& options) const
 {
     if (isRefused(root)) {
         sink.unreadableDirectory(root, EACCES);
@@ -52,14 +53,14 @@ void RefusingFileManager::walk(const QString& root, WalkSink& sink, std::stop_to
     for (const QString& folder : m_refused)
         holdsRefused = holdsRefused || folder.startsWith(root + QLatin1Char('/'));
     if (!holdsRefused) {
-        FileManager::walk(root, sink, std::move(stop));
+        FileManager::walk(root, sink, std::move(stop), options);
         return;
     }
     // A slow walk, one level at a time, so that refused folders below the root are seen.
     for (const DirectoryEntry& entry : FileManager::contentsOfDirectory(root, false).entries) {
         const QString path = root + QLatin1Char('/') + entry.name;
         if (entry.isDirectory)
-            walk(path, sink, stop);
+            walk(path, sink, stop, options);
         else if (const auto status = FileManager::status(path); status && status->isRegularFile())
             sink.regularFile(*status);
     }

@@ -16,7 +16,8 @@ public:
     [[nodiscard]] std::optional<FileStatus> status(const QString& path, bool followLinks = false) const override;
     [[nodiscard]] bool fileExists(const QString& path, bool* isDirectory = nullptr) const override;
     [[nodiscard]] DirectoryListing contentsOfDirectory(const QString& path, bool skipHidden) const override;
-    void walk(const QString& root, WalkSink& sink, std::stop_token stop = {}) const override;
+    void walk(const QString& root, WalkSink& sink, std::stop_token stop = {},
+              const WalkOptions& options = {}) const override;
 
 private:
     [[nodiscard]] bool isRefused(const QString& path) const;
