@@ -38,7 +38,10 @@ LinkResolution LinkResolver::resolve(const QString& path) const
 {
     LinkResolution result;
     QStringList pending = PathText::absolute(path).split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    qsizetype next = 0;
     QString resolved = QStringLiteral("/");
+    // `resolved` as the disk names it, grown a component at a time while components are examined.
+    QByteArray native("/");
     int linksFollowed = 0;
     bool examining = true;
     const auto stopExamining = [&](int errorCode) {
@@ -48,18 +51,26 @@ LinkResolution LinkResolver::resolve(const QString& path) const
             result.unexaminedPath = resolved;
         }
     };
-    while (!pending.isEmpty()) {
-        const QString component = pending.takeFirst();
+    const auto restartAt = [&](const QString& folder) {
+        resolved = folder;
+        native = NativePath::encode(folder);
+    };
+    while (next < pending.size()) {
+        const QString& component = pending.at(next++);
         if (component == QLatin1String("."))
             continue;
         if (component == QLatin1String("..")) {
-            resolved = PathText::parent(resolved);
+            restartAt(PathText::parent(resolved));
             continue;
         }
-        resolved = PathText::appending(resolved, component);
+        if (resolved.size() > 1) {
+            resolved += QLatin1Char('/');
+            native += '/';
+        }
+        resolved += component;
         if (!examining)
             continue;
-        const QByteArray native = NativePath::encode(resolved);
+        native += NativePath::encode(component);
         FileStatus status;
         if (m_systemCalls.statAt(AT_FDCWD, native.constData(), AT_SYMLINK_NOFOLLOW, status) != 0) {
             stopExamining(errno);
@@ -80,8 +91,9 @@ LinkResolution LinkResolver::resolve(const QString& path) const
             continue;
         }
         target.truncate(length);
-        resolved = target.startsWith('/') ? QStringLiteral("/") : PathText::parent(resolved);
-        pending = NativePath::decode(target).split(QLatin1Char('/'), Qt::SkipEmptyParts) + pending;
+        restartAt(target.startsWith('/') ? QStringLiteral("/") : PathText::parent(resolved));
+        pending = NativePath::decode(target).split(QLatin1Char('/'), Qt::SkipEmptyParts) + pending.mid(next);
+        next = 0;
     }
     result.path = droppingPrivatePrefix(resolved);
     return result;
