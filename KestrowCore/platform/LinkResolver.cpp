@@ -34,14 +34,19 @@ LinkResolver::LinkResolver(const SystemCalls& systemCalls)
 {
 }
 
-LinkResolution LinkResolver::resolve(const QString& path) const
+LinkResolution LinkResolver::resolve(const QString& path, const QString& linkFreeFolder) const
 {
     LinkResolution result;
-    QStringList pending = PathText::absolute(path).split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    const QString absolutePath = PathText::absolute(path);
+    const bool insideLinkFree =
+        linkFreeFolder.size() > 1 && absolutePath.startsWith(linkFreeFolder) &&
+        (absolutePath.size() == linkFreeFolder.size() || absolutePath.at(linkFreeFolder.size()) == QLatin1Char('/'));
+    QString resolved = insideLinkFree ? linkFreeFolder : QStringLiteral("/");
+    QStringList pending =
+        absolutePath.mid(insideLinkFree ? linkFreeFolder.size() : 0).split(QLatin1Char('/'), Qt::SkipEmptyParts);
     qsizetype next = 0;
-    QString resolved = QStringLiteral("/");
     // `resolved` as the disk names it, grown a component at a time while components are examined.
-    QByteArray native("/");
+    QByteArray native = NativePath::encode(resolved);
     int linksFollowed = 0;
     bool examining = true;
     const auto stopExamining = [&](int errorCode) {
@@ -99,9 +104,9 @@ LinkResolution LinkResolver::resolve(const QString& path) const
     return result;
 }
 
-QString LinkResolver::resolvingSymbolicLinks(const QString& path) const
+QString LinkResolver::resolvingSymbolicLinks(const QString& path, const QString& linkFreeFolder) const
 {
-    return resolve(path).path;
+    return resolve(path, linkFreeFolder).path;
 }
 
 QString LinkResolver::droppingPrivatePrefix(const QString& path) const

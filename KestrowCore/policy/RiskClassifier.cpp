@@ -88,10 +88,14 @@ bool inAnyUsersHome(const QString& lowered, const QString& entry, Reach reach)
 RiskClassifier::RiskClassifier(QString homeURL, std::shared_ptr<RuleRegistry> ruleRegistry,
                                std::shared_ptr<const FileManager> fileManager)
     : m_homeURL(std::move(homeURL))
-    , m_homeEntries(homeEntries(PathText::standardizing(m_homeURL)))
     , m_ruleRegistry(std::move(ruleRegistry))
     , m_fileManager(fileManager ? std::move(fileManager) : std::make_shared<FileManager>())
 {
+    const QString homePath = PathText::standardizing(m_homeURL);
+    m_homeEntries = homeEntries(homePath);
+    const LinkResolution home = LinkResolver(m_fileManager->systemCalls()).resolve(homePath);
+    if (home.errorCode == 0 && home.path == homePath)
+        m_linkFreeHome = homePath;
 }
 
 RiskClassifier::HomeEntries RiskClassifier::homeEntries(const QString& homePath)
@@ -129,7 +133,7 @@ RiskClassificationResult RiskClassifier::classify(const QString& path, StorageCa
         return {.riskTier = RiskTier::keep, .confidence = 1.0, .reason = *reason};
 
     const LinkResolver resolver(m_fileManager->systemCalls());
-    const QString resolvedPath = PathText::standardizing(resolver.resolvingSymbolicLinks(path));
+    const QString resolvedPath = PathText::standardizing(resolver.resolvingSymbolicLinks(path, m_linkFreeHome));
     if (resolvedPath != itemPath) {
         const QString resolvedHome = PathText::standardizing(resolver.resolvingSymbolicLinks(m_homeURL));
         auto reason = evaluateKeepBoundaries(resolvedPath, homeEntries(resolvedHome));

@@ -46,6 +46,9 @@ private:
 
     QString m_homeURL;
     HomeEntries m_homeEntries; // of the home standardized once, when the classifier is made
+    // That home when no symbolic link led anywhere on its way then, else empty: the links of an
+    // item inside it are looked for only below it.
+    QString m_linkFreeHome;
     std::shared_ptr<RuleRegistry> m_ruleRegistry;
     std::shared_ptr<const FileManager> m_fileManager;
 };

@@ -75,6 +75,13 @@ bool GlobMatcher::matches(const QString& pattern, const QString& path, const QSt
 
 bool GlobMatcher::matches(const GlobSegments& pattern, const GlobSegments& path)
 {
+    // Each segment before the first "**" stands for the path's segment at the same place. The
+    // last of them is the one that most often tells apart the patterns below one home, so it is
+    // tried first.
+    if (const qsizetype leading = pattern.leadingCount(); leading > 0) {
+        if (path.size() < leading || !matchSegment(pattern, leading - 1, path, leading - 1))
+            return false;
+    }
     return matchSegments(pattern, 0, path, 0);
 }
 
@@ -123,8 +130,12 @@ bool GlobMatcher::matchSegments(const GlobSegments& pattern, qsizetype pIdx, con
                 return true;
         return false;
     }
-    return matchWildcard(pattern.at(pIdx), path.at(sIdx), pattern.isPlainAscii(pIdx) && path.isPlainAscii(sIdx)) &&
-           matchSegments(pattern, pIdx + 1, path, sIdx + 1);
+    return matchSegment(pattern, pIdx, path, sIdx) && matchSegments(pattern, pIdx + 1, path, sIdx + 1);
+}
+
+bool GlobMatcher::matchSegment(const GlobSegments& pattern, qsizetype pIdx, const GlobSegments& path, qsizetype sIdx)
+{
+    return matchWildcard(pattern.at(pIdx), path.at(sIdx), pattern.isPlainAscii(pIdx) && path.isPlainAscii(sIdx));
 }
 
 bool GlobMatcher::matchWildcard(const QString& pattern, const QString& text)

@@ -30,6 +30,7 @@ public:
 
 private:
     static bool matchSegments(const GlobSegments& pattern, qsizetype pIdx, const GlobSegments& path, qsizetype sIdx);
+    static bool matchSegment(const GlobSegments& pattern, qsizetype pIdx, const GlobSegments& path, qsizetype sIdx);
     // `plain`: both segments are printable ASCII and can be scanned as they stand.
     static bool matchWildcard(QStringView pattern, QStringView text, bool plain);
 };

@@ -12,27 +12,22 @@ GlobSegments::GlobSegments(QString text)
         qsizetype end = whole.indexOf(QLatin1Char('/'), start);
         if (end < 0)
             end = whole.size();
-        if (end > start)
-            m_segments.push_back(
-                {.start = start, .length = end - start, .plainAscii = isPlainAscii(whole.mid(start, end - start))});
+        if (end > start) {
+            const QStringView segment = whole.mid(start, end - start);
+            m_segments.push_back({.start = start,
+                                  .length = segment.size(),
+                                  .plainAscii = isPlainAscii(segment),
+                                  .globstar = segment == QLatin1String("**")});
+        }
         start = end + 1;
     }
+    while (m_leadingCount < size() && !isGlobstar(m_leadingCount))
+        ++m_leadingCount;
 }
 
 bool GlobSegments::isPlainAscii(QStringView text)
 {
     return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() >= 0x20 && c.unicode() < 0x7f; });
-}
-
-QStringView GlobSegments::at(qsizetype index) const
-{
-    const Segment& segment = m_segments[static_cast<size_t>(index)];
-    return QStringView(m_text).mid(segment.start, segment.length);
-}
-
-bool GlobSegments::isGlobstar(qsizetype index) const
-{
-    return at(index) == QLatin1String("**");
 }
 
 } // namespace kestrow

@@ -37,9 +37,9 @@ bool isInsideAny(const QString& path, const QStringList& homes)
 
 // Where `path` leads; a path whose links could not all be read is refused, as it might lead
 // anywhere.
-QString resolvedOrRefused(const QString& path, const LinkResolver& resolver)
+QString resolvedOrRefused(const QString& path, const LinkResolver& resolver, const QString& linkFreeFolder = {})
 {
-    const LinkResolution resolution = resolver.resolve(path);
+    const LinkResolution resolution = resolver.resolve(path, linkFreeFolder);
     if (resolution.errorCode != 0)
         throw SandboxSecurityError::symlinkEscapedSandbox(
             path, resolution.path,
@@ -103,7 +103,8 @@ void SandboxValidator::validate(const QString& path, const QString& homeURL, con
         throw SandboxSecurityError::homeDirectoryTargeted(canonical);
     checkAllLists(canonical, homes);
 
-    const QString resolved = resolvedOrRefused(canonical, resolver);
+    // A home that resolved to itself has just been looked at: only what lies below it is looked at again.
+    const QString resolved = resolvedOrRefused(canonical, resolver, homes.size() == 1 ? homePath : QString());
     if (resolved == canonical)
         return;
     if (resolved == QLatin1String("/"))
