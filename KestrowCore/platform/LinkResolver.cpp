@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <deque>
 #include <fcntl.h>
 
 namespace kestrow {
@@ -37,16 +38,21 @@ LinkResolver::LinkResolver(const SystemCalls& systemCalls)
 LinkResolution LinkResolver::resolve(const QString& path, const QString& linkFreeFolder) const
 {
     LinkResolution result;
-    const QString absolutePath = PathText::absolute(path);
+    // The texts the pending components point into: the path, then each link target met.
+    std::deque<QString> texts{PathText::absolute(path)};
+    const QString& absolutePath = texts.front();
     const bool insideLinkFree =
         linkFreeFolder.size() > 1 && absolutePath.startsWith(linkFreeFolder) &&
         (absolutePath.size() == linkFreeFolder.size() || absolutePath.at(linkFreeFolder.size()) == QLatin1Char('/'));
     QString resolved = insideLinkFree ? linkFreeFolder : QStringLiteral("/");
-    QStringList pending =
-        absolutePath.mid(insideLinkFree ? linkFreeFolder.size() : 0).split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    resolved.reserve(absolutePath.size());
+    QList<QStringView> pending = QStringView(absolutePath)
+                                     .mid(insideLinkFree ? linkFreeFolder.size() : 0)
+                                     .split(QLatin1Char('/'), Qt::SkipEmptyParts);
     qsizetype next = 0;
     // `resolved` as the disk names it, grown a component at a time while components are examined.
     QByteArray native = NativePath::encode(resolved);
+    native.reserve(absolutePath.size());
     int linksFollowed = 0;
     bool examining = true;
     const auto stopExamining = [&](int errorCode) {
@@ -61,7 +67,7 @@ LinkResolution LinkResolver::resolve(const QString& path, const QString& linkFre
         native = NativePath::encode(folder);
     };
     while (next < pending.size()) {
-        const QString& component = pending.at(next++);
+        const QStringView component = pending.at(next++);
         if (component == QLatin1String("."))
             continue;
         if (component == QLatin1String("..")) {
@@ -97,7 +103,10 @@ LinkResolution LinkResolver::resolve(const QString& path, const QString& linkFre
         }
         target.truncate(length);
         restartAt(target.startsWith('/') ? QStringLiteral("/") : PathText::parent(resolved));
-        pending = NativePath::decode(target).split(QLatin1Char('/'), Qt::SkipEmptyParts) + pending.mid(next);
+        texts.push_back(NativePath::decode(target));
+        QList<QStringView> followed = QStringView(texts.back()).split(QLatin1Char('/'), Qt::SkipEmptyParts);
+        followed.append(pending.mid(next));
+        pending = std::move(followed);
         next = 0;
     }
     result.path = droppingPrivatePrefix(resolved);
