@@ -27,8 +27,9 @@ int SettledHomeCalls::statAt(int folder, const char* name, int flags, FileStatus
 {
     if (folder == AT_FDCWD && flags == AT_SYMLINK_NOFOLLOW) {
         const auto length = static_cast<qsizetype>(std::strlen(name));
-        if (length <= m_home.size() && (length == m_home.size() || m_home.at(length) == '/') &&
-            std::memcmp(name, m_home.constData(), static_cast<size_t>(length)) == 0) {
+        // Looks are kept at the lengths of the home's folders only, so a name of such a length
+        // that begins the home's is one of them.
+        if (length <= m_home.size() && std::memcmp(name, m_home.constData(), static_cast<size_t>(length)) == 0) {
             for (const Look& look : m_looks) {
                 if (look.length != length)
                     continue;
