@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <deque>
 #include <fcntl.h>
 
 namespace kestrow {
@@ -34,11 +35,24 @@ LinkResolver::LinkResolver(const SystemCalls& systemCalls)
 {
 }
 
-LinkResolution LinkResolver::resolve(const QString& path) const
+LinkResolution LinkResolver::resolve(const QString& path, const QString& linkFreeFolder) const
 {
     LinkResolution result;
-    QStringList pending = PathText::absolute(path).split(QLatin1Char('/'), Qt::SkipEmptyParts);
-    QString resolved = QStringLiteral("/");
+    // The texts the pending components point into: the path, then each link target met.
+    std::deque<QString> texts{PathText::absolute(path)};
+    const QString& absolutePath = texts.front();
+    const bool insideLinkFree =
+        linkFreeFolder.size() > 1 && absolutePath.startsWith(linkFreeFolder) &&
+        (absolutePath.size() == linkFreeFolder.size() || absolutePath.at(linkFreeFolder.size()) == QLatin1Char('/'));
+    QString resolved = insideLinkFree ? linkFreeFolder : QStringLiteral("/");
+    resolved.reserve(absolutePath.size());
+    QList<QStringView> pending = QStringView(absolutePath)
+                                     .mid(insideLinkFree ? linkFreeFolder.size() : 0)
+                                     .split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    qsizetype next = 0;
+    // `resolved` as the disk names it, grown a component at a time while components are examined.
+    QByteArray native = NativePath::encode(resolved);
+    native.reserve(absolutePath.size());
     int linksFollowed = 0;
     bool examining = true;
     const auto stopExamining = [&](int errorCode) {
@@ -48,18 +62,26 @@ LinkResolution LinkResolver::resolve(const QString& path) const
             result.unexaminedPath = resolved;
         }
     };
-    while (!pending.isEmpty()) {
-        const QString component = pending.takeFirst();
+    const auto restartAt = [&](const QString& folder) {
+        resolved = folder;
+        native = NativePath::encode(folder);
+    };
+    while (next < pending.size()) {
+        const QStringView component = pending.at(next++);
         if (component == QLatin1String("."))
             continue;
         if (component == QLatin1String("..")) {
-            resolved = PathText::parent(resolved);
+            restartAt(PathText::parent(resolved));
             continue;
         }
-        resolved = PathText::appending(resolved, component);
+        if (resolved.size() > 1) {
+            resolved += QLatin1Char('/');
+            native += '/';
+        }
+        resolved += component;
         if (!examining)
             continue;
-        const QByteArray native = NativePath::encode(resolved);
+        native += NativePath::encode(component);
         FileStatus status;
         if (m_systemCalls.statAt(AT_FDCWD, native.constData(), AT_SYMLINK_NOFOLLOW, status) != 0) {
             stopExamining(errno);
@@ -80,16 +102,20 @@ LinkResolution LinkResolver::resolve(const QString& path) const
             continue;
         }
         target.truncate(length);
-        resolved = target.startsWith('/') ? QStringLiteral("/") : PathText::parent(resolved);
-        pending = NativePath::decode(target).split(QLatin1Char('/'), Qt::SkipEmptyParts) + pending;
+        restartAt(target.startsWith('/') ? QStringLiteral("/") : PathText::parent(resolved));
+        texts.push_back(NativePath::decode(target));
+        QList<QStringView> followed = QStringView(texts.back()).split(QLatin1Char('/'), Qt::SkipEmptyParts);
+        followed.append(pending.mid(next));
+        pending = std::move(followed);
+        next = 0;
     }
     result.path = droppingPrivatePrefix(resolved);
     return result;
 }
 
-QString LinkResolver::resolvingSymbolicLinks(const QString& path) const
+QString LinkResolver::resolvingSymbolicLinks(const QString& path, const QString& linkFreeFolder) const
 {
-    return resolve(path).path;
+    return resolve(path, linkFreeFolder).path;
 }
 
 QString LinkResolver::droppingPrivatePrefix(const QString& path) const

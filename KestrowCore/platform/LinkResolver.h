@@ -29,10 +29,11 @@ public:
     // `path` with every symbolic link in it followed, links within link targets too. A path
     // without links comes back as it stands, dot components resolved as text; a leading
     // "/private" is dropped as `droppingPrivatePrefix` does. Relative text is taken against
-    // the working directory.
-    [[nodiscard]] LinkResolution resolve(const QString& path) const;
+    // the working directory. `linkFreeFolder`, when given, is a folder whose own resolution came
+    // back as itself without an error: a path inside it is looked at only below it.
+    [[nodiscard]] LinkResolution resolve(const QString& path, const QString& linkFreeFolder = {}) const;
     // The path of `resolve`, whether or not every component could be examined.
-    [[nodiscard]] QString resolvingSymbolicLinks(const QString& path) const;
+    [[nodiscard]] QString resolvingSymbolicLinks(const QString& path, const QString& linkFreeFolder = {}) const;
     // "/private/x" becomes "/x" when "/x" exists, as the platform's standard form has it;
     // anything else stays as it is.
     [[nodiscard]] QString droppingPrivatePrefix(const QString& path) const;

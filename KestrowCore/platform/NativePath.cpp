@@ -1,5 +1,6 @@
 #include "platform/NativePath.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace kestrow {
@@ -109,9 +110,17 @@ QString NativePath::decode(const char* bytes, qsizetype size)
 
 QByteArray NativePath::encode(QStringView text)
 {
-    QByteArray out;
-    out.reserve(text.size());
-    for (qsizetype i = 0; i < text.size(); ++i) {
+    // The common case: a run of ASCII, copied at once.
+    qsizetype ascii = 0;
+    while (ascii < text.size() && text[ascii].unicode() < 0x80)
+        ++ascii;
+    QByteArray out(ascii, Qt::Uninitialized);
+    std::transform(text.begin(), text.begin() + ascii, out.begin(),
+                   [](QChar c) { return static_cast<char>(c.unicode()); });
+    if (ascii == text.size())
+        return out;
+    out.reserve(text.size() + (text.size() - ascii) * 3);
+    for (qsizetype i = ascii; i < text.size(); ++i) {
         const QChar c = text[i];
         if (c.unicode() < 0x80) {
             out.append(static_cast<char>(c.unicode()));

@@ -1,6 +1,7 @@
 #include "policy/PathChecker.h"
 
 #include "platform/PathText.h"
+#include "policy/SettledHomeCalls.h"
 #include "safety/SandboxValidator.h"
 
 namespace kestrow {
@@ -8,7 +9,8 @@ namespace kestrow {
 PathChecker::PathChecker(QString homeURL, std::shared_ptr<RuleRegistry> ruleRegistry)
     : m_homeURL(std::move(homeURL))
     , m_homePath(PathText::standardizing(m_homeURL))
-    , m_classifier(m_homeURL, std::move(ruleRegistry))
+    , m_systemCalls(std::make_shared<SettledHomeCalls>(m_homePath))
+    , m_classifier(m_homeURL, std::move(ruleRegistry), std::make_shared<FileManager>(m_systemCalls))
 {
 }
 
@@ -16,7 +18,7 @@ PathCheckOutcome PathChecker::check(const QString& path, StorageCategory categor
 {
     PathCheckOutcome outcome{.path = path};
     try {
-        SandboxValidator::validate(outcome.path, m_homeURL);
+        SandboxValidator::validate(outcome.path, m_homeURL, *m_systemCalls);
     } catch (const SandboxSecurityError& error) {
         outcome.error = error;
     }

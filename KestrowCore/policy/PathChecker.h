@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/SystemCalls.h"
 #include "policy/PathCheckOutcome.h"
 #include "policy/RiskClassifier.h"
 #include "storage/StorageCategory.h"
@@ -13,7 +14,8 @@ namespace kestrow {
 class RuleRegistry;
 
 // Tells for a path the user names whether it may be moved to the Trash at all and how safe
-// removing it would be, without touching it. A plain value.
+// removing it would be, without touching it. Made for one batch of paths: the home's way on the
+// disk is looked at once, when the checker is made. A plain value.
 class PathChecker {
 public:
     // Without a registry the classifier skips the rule step.
@@ -25,6 +27,7 @@ public:
 private:
     QString m_homeURL;
     QString m_homePath; // standardised, for "~"
+    std::shared_ptr<const SystemCalls> m_systemCalls;
     RiskClassifier m_classifier;
 };
 

@@ -60,7 +60,8 @@ const std::vector<HomeList>& homeLists()
 
 bool isOrUnder(const QString& lowered, const QString& directory)
 {
-    return lowered == directory || lowered.startsWith(directory + QLatin1Char('/'));
+    return lowered.startsWith(directory) &&
+           (lowered.size() == directory.size() || lowered.at(directory.size()) == QLatin1Char('/'));
 }
 
 // The same entry in any user's home: "/users/NAME/entry", followed by "/" or the end for a
@@ -90,18 +91,34 @@ RiskClassifier::RiskClassifier(QString homeURL, std::shared_ptr<RuleRegistry> ru
     , m_ruleRegistry(std::move(ruleRegistry))
     , m_fileManager(fileManager ? std::move(fileManager) : std::make_shared<FileManager>())
 {
+    const QString homePath = PathText::standardizing(m_homeURL);
+    m_homeEntries = homeEntries(homePath);
+    const LinkResolution home = LinkResolver(m_fileManager->systemCalls()).resolve(homePath);
+    if (home.errorCode == 0 && home.path == homePath)
+        m_linkFreeHome = homePath;
 }
 
-std::optional<QString> RiskClassifier::evaluateKeepBoundaries(const QString& path, const QString& homePath)
+RiskClassifier::HomeEntries RiskClassifier::homeEntries(const QString& homePath)
+{
+    HomeEntries entries;
+    for (const HomeList& list : homeLists())
+        for (const QString& entry : list.entries)
+            entries.push_back(PathText::appending(homePath, entry).toLower());
+    return entries;
+}
+
+std::optional<QString> RiskClassifier::evaluateKeepBoundaries(const QString& path, const HomeEntries& homeEntries)
 {
     const QString lowered = path.toLower();
     for (const QString& entry : systemEntries())
         if (isOrUnder(lowered, entry))
             return QStringLiteral("Protected system OS directory (") + entry + QStringLiteral(").");
+    auto homeEntry = homeEntries.begin();
     for (const HomeList& list : homeLists()) {
         for (const QString& entry : list.entries) {
-            const QString homeEntry = PathText::appending(homePath, entry).toLower();
-            const bool inThisHome = list.reach == Reach::folder ? isOrUnder(lowered, homeEntry) : lowered == homeEntry;
+            const bool inThisHome =
+                list.reach == Reach::folder ? isOrUnder(lowered, *homeEntry) : lowered == *homeEntry;
+            ++homeEntry;
             if (inThisHome || inAnyUsersHome(lowered, entry, list.reach))
                 return list.reasonFor(entry);
         }
@@ -112,17 +129,16 @@ std::optional<QString> RiskClassifier::evaluateKeepBoundaries(const QString& pat
 RiskClassificationResult RiskClassifier::classify(const QString& path, StorageCategory category, bool isOrphaned) const
 {
     const QString itemPath = PathText::standardizing(path);
-    const QString homePath = PathText::standardizing(m_homeURL);
-    if (const auto reason = evaluateKeepBoundaries(itemPath, homePath))
+    if (const auto reason = evaluateKeepBoundaries(itemPath, m_homeEntries))
         return {.riskTier = RiskTier::keep, .confidence = 1.0, .reason = *reason};
 
     const LinkResolver resolver(m_fileManager->systemCalls());
-    const QString resolvedPath = PathText::standardizing(resolver.resolvingSymbolicLinks(path));
+    const QString resolvedPath = PathText::standardizing(resolver.resolvingSymbolicLinks(path, m_linkFreeHome));
     if (resolvedPath != itemPath) {
         const QString resolvedHome = PathText::standardizing(resolver.resolvingSymbolicLinks(m_homeURL));
-        auto reason = evaluateKeepBoundaries(resolvedPath, resolvedHome);
+        auto reason = evaluateKeepBoundaries(resolvedPath, homeEntries(resolvedHome));
         if (!reason)
-            reason = evaluateKeepBoundaries(resolvedPath, homePath);
+            reason = evaluateKeepBoundaries(resolvedPath, m_homeEntries);
         if (reason)
             return {.riskTier = RiskTier::keep,
                     .confidence = 1.0,

@@ -8,6 +8,7 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace kestrow {
 
@@ -33,12 +34,21 @@ public:
     [[nodiscard]] const std::shared_ptr<const FileManager>& fileManager() const { return m_fileManager; }
 
 private:
+    // The protected entries below one home, joined to it and lowered, in the order they are tried.
+    using HomeEntries = std::vector<QString>;
+
+    [[nodiscard]] static HomeEntries homeEntries(const QString& homePath);
     // The reason the path lies on protected ground, or nothing.
-    [[nodiscard]] static std::optional<QString> evaluateKeepBoundaries(const QString& path, const QString& homePath);
+    [[nodiscard]] static std::optional<QString> evaluateKeepBoundaries(const QString& path,
+                                                                       const HomeEntries& homeEntries);
     [[nodiscard]] static RiskClassificationResult categoryDefault(const QString& itemPath, StorageCategory category,
                                                                   bool isOrphaned);
 
     QString m_homeURL;
+    HomeEntries m_homeEntries; // of the home standardized once, when the classifier is made
+    // That home when no symbolic link led anywhere on its way then, else empty: the links of an
+    // item inside it are looked for only below it.
+    QString m_linkFreeHome;
     std::shared_ptr<RuleRegistry> m_ruleRegistry;
     std::shared_ptr<const FileManager> m_fileManager;
 };

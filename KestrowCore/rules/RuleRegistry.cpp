@@ -50,10 +50,19 @@ bool isValidRuleId(const QString& id)
     });
 }
 
-bool anyMatches(const QStringList& patterns, const QString& path, const QString& homeURL)
+bool anyMatches(const std::vector<GlobSegments>& patterns, const GlobSegments& path)
 {
     return std::any_of(patterns.begin(), patterns.end(),
-                       [&](const QString& pattern) { return GlobMatcher::matches(pattern, path, homeURL); });
+                       [&](const GlobSegments& pattern) { return GlobMatcher::matches(pattern, path); });
+}
+
+std::vector<GlobSegments> segmentsOf(const QStringList& patterns, const QString& homeURL)
+{
+    std::vector<GlobSegments> segments;
+    segments.reserve(static_cast<size_t>(patterns.size()));
+    for (const QString& pattern : patterns)
+        segments.push_back(GlobMatcher::patternSegments(pattern, homeURL));
+    return segments;
 }
 
 } // namespace
@@ -66,6 +75,7 @@ RuleRegistry::RuleRegistry(Options options)
 {
     for (RuleDefinition& rule : BuiltInRules::catalogue(QDateTime::currentDateTimeUtc()))
         m_rulesById.emplace(rule.id, std::move(rule));
+    rebuildMatchableRules();
 }
 
 void RuleRegistry::loadCustomRules()
@@ -105,6 +115,7 @@ void RuleRegistry::loadCustomRules()
         m_rulesById.insert_or_assign(rule.id, std::move(rule));
     }
     m_refusedRules = std::move(refused);
+    rebuildMatchableRules();
 }
 
 void RuleRegistry::saveCustomRules()
@@ -161,6 +172,7 @@ void RuleRegistry::registerRule(const RuleDefinition& rule)
         stored.updatedAt = now;
     }
     m_rulesById.insert_or_assign(stored.id, std::move(stored));
+    rebuildMatchableRules();
     saveLocked();
 }
 
@@ -172,6 +184,7 @@ void RuleRegistry::setRuleEnabled(const QString& id, bool enabled)
         throw RuleRegistryError(Case::invalidRuleId,
                                 QStringLiteral("Rule with ID '") + id + QStringLiteral("' not found."));
     found->second.enabled = enabled;
+    rebuildMatchableRules();
     // A built-in's switch lasts as long as this registry.
     if (!found->second.isBuiltIn)
         saveLocked();
@@ -187,6 +200,7 @@ void RuleRegistry::removeRule(const QString& id)
         throw RuleRegistryError(Case::cannotOverwriteBuiltIn,
                                 QStringLiteral("Built-in rule '") + id + QStringLiteral("' cannot be deleted."));
     m_rulesById.erase(found);
+    rebuildMatchableRules();
     saveLocked();
 }
 
@@ -241,12 +255,24 @@ std::vector<RuleRegistry::RefusedRule> RuleRegistry::refusedRules() const
 std::vector<RuleDefinition> RuleRegistry::matchingRules(const QString& forPath) const
 {
     const std::lock_guard operation(m_operation);
-    std::vector<RuleDefinition> rules = activeRulesLocked();
-    // An exclusion always wins over a pattern.
-    std::erase_if(rules, [&](const RuleDefinition& rule) {
-        return anyMatches(rule.excludedPatterns, forPath, m_homeURL) || !anyMatches(rule.patterns, forPath, m_homeURL);
-    });
+    const GlobSegments path = GlobMatcher::pathSegments(forPath);
+    std::vector<RuleDefinition> rules;
+    for (const MatchableRule& matchable : m_matchableRules) {
+        // An exclusion always wins over a pattern.
+        if (!anyMatches(matchable.excludedPatterns, path) && anyMatches(matchable.patterns, path))
+            rules.push_back(*matchable.rule);
+    }
     return rules;
+}
+
+void RuleRegistry::rebuildMatchableRules()
+{
+    m_matchableRules.clear();
+    for (const auto& [id, rule] : m_rulesById)
+        if (rule.enabled)
+            m_matchableRules.push_back({.rule = &rule,
+                                        .patterns = segmentsOf(rule.patterns, m_homeURL),
+                                        .excludedPatterns = segmentsOf(rule.excludedPatterns, m_homeURL)});
 }
 
 } // namespace kestrow

@@ -3,6 +3,7 @@
 #include "platform/FileManager.h"
 #include "rules/RuleDefinition.h"
 #include "rules/RuleRegistryError.h"
+#include "safety/GlobSegments.h"
 #include "safety/SandboxSecurityError.h"
 
 #include <QString>
@@ -71,10 +72,21 @@ public:
     [[nodiscard]] const QString& homeURL() const { return m_homeURL; }
 
 private:
+    // An enabled rule with its patterns expanded against the home and cut into segments, so
+    // that each path is matched without cutting them again.
+    struct MatchableRule {
+        const RuleDefinition* rule;
+        std::vector<GlobSegments> patterns;
+        std::vector<GlobSegments> excludedPatterns;
+    };
+
     void saveLocked() const;
     [[nodiscard]] std::vector<RuleDefinition> activeRulesLocked() const;
+    // After every change of the table.
+    void rebuildMatchableRules();
 
     std::map<QString, RuleDefinition> m_rulesById; // ordered by id, the order of every list
+    std::vector<MatchableRule> m_matchableRules;   // the enabled rules, by id
     std::vector<RefusedRule> m_refusedRules;
     QString m_rulesFileURL;
     QString m_homeURL;

@@ -4,7 +4,6 @@
 
 #include <QTextBoundaryFinder>
 
-#include <algorithm>
 #include <optional>
 #include <vector>
 
@@ -14,24 +13,17 @@ namespace {
 
 // The user-perceived characters of `text`, each in its decomposed form so that canonically
 // equivalent characters compare equal.
-std::vector<QString> characters(const QString& text)
+std::vector<QString> characters(QStringView text)
 {
     std::vector<QString> result;
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
     qsizetype start = 0;
     while (finder.toNextBoundary() >= 0) {
         const qsizetype end = finder.position();
-        result.push_back(text.mid(start, end - start).normalized(QString::NormalizationForm_D));
+        result.push_back(text.mid(start, end - start).toString().normalized(QString::NormalizationForm_D));
         start = end;
     }
     return result;
-}
-
-// Printable ASCII: every character is a whole user-perceived character and has no other
-// canonical form, so the text can be scanned as it is. This is the common case of paths.
-bool isPlainAscii(QStringView text)
-{
-    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() >= 0x20 && c.unicode() < 0x7f; });
 }
 
 bool is(QChar character, char16_t wanted)
@@ -78,9 +70,29 @@ template <typename Sequence> bool wildcardScan(const Sequence& pattern, const Se
 
 bool GlobMatcher::matches(const QString& pattern, const QString& path, const QString& homeURL)
 {
-    const QStringList patternSegments = expandHome(pattern, homeURL).split(QLatin1Char('/'), Qt::SkipEmptyParts);
-    const QStringList pathSegments = normalizePath(path).split(QLatin1Char('/'), Qt::SkipEmptyParts);
-    return matchSegments(patternSegments, 0, pathSegments, 0);
+    return matches(patternSegments(pattern, homeURL), pathSegments(path));
+}
+
+bool GlobMatcher::matches(const GlobSegments& pattern, const GlobSegments& path)
+{
+    // Each segment before the first "**" stands for the path's segment at the same place. The
+    // last of them is the one that most often tells apart the patterns below one home, so it is
+    // tried first.
+    if (const qsizetype leading = pattern.leadingCount(); leading > 0) {
+        if (path.size() < leading || !matchSegment(pattern, leading - 1, path, leading - 1))
+            return false;
+    }
+    return matchSegments(pattern, 0, path, 0);
+}
+
+GlobSegments GlobMatcher::patternSegments(const QString& pattern, const QString& homeURL)
+{
+    return GlobSegments(expandHome(pattern, homeURL));
+}
+
+GlobSegments GlobMatcher::pathSegments(const QString& path)
+{
+    return GlobSegments(normalizePath(path));
 }
 
 QString GlobMatcher::expandHome(const QString& pattern, const QString& homeURL)
@@ -99,29 +111,42 @@ QString GlobMatcher::normalizePath(const QString& path)
     return standardized.isEmpty() ? QStringLiteral("/") : standardized;
 }
 
-bool GlobMatcher::matchSegments(const QStringList& pattern, qsizetype pIdx, const QStringList& path, qsizetype sIdx)
+bool GlobMatcher::matchSegments(const GlobSegments& pattern, qsizetype pIdx, const GlobSegments& path, qsizetype sIdx)
 {
-    const QLatin1String globstar("**");
     if (pIdx == pattern.size() && sIdx == path.size())
         return true;
-    if (sIdx == path.size())
-        return std::all_of(pattern.begin() + pIdx, pattern.end(), [&](const QString& s) { return s == globstar; });
+    if (sIdx == path.size()) {
+        for (; pIdx < pattern.size(); ++pIdx)
+            if (!pattern.isGlobstar(pIdx))
+                return false;
+        return true;
+    }
     if (pIdx == pattern.size())
         return false;
-    if (pattern.at(pIdx) == globstar) {
+    if (pattern.isGlobstar(pIdx)) {
         // Zero or more whole segments, shortest first.
         for (qsizetype next = sIdx; next <= path.size(); ++next)
             if (matchSegments(pattern, pIdx + 1, path, next))
                 return true;
         return false;
     }
-    return matchWildcard(pattern.at(pIdx), path.at(sIdx)) && matchSegments(pattern, pIdx + 1, path, sIdx + 1);
+    return matchSegment(pattern, pIdx, path, sIdx) && matchSegments(pattern, pIdx + 1, path, sIdx + 1);
+}
+
+bool GlobMatcher::matchSegment(const GlobSegments& pattern, qsizetype pIdx, const GlobSegments& path, qsizetype sIdx)
+{
+    return matchWildcard(pattern.at(pIdx), path.at(sIdx), pattern.isPlainAscii(pIdx) && path.isPlainAscii(sIdx));
 }
 
 bool GlobMatcher::matchWildcard(const QString& pattern, const QString& text)
 {
-    if (isPlainAscii(pattern) && isPlainAscii(text))
-        return wildcardScan(QStringView(pattern), QStringView(text));
+    return matchWildcard(pattern, text, GlobSegments::isPlainAscii(pattern) && GlobSegments::isPlainAscii(text));
+}
+
+bool GlobMatcher::matchWildcard(QStringView pattern, QStringView text, bool plain)
+{
+    if (plain)
+        return wildcardScan(pattern, text);
     return wildcardScan(characters(pattern), characters(text));
 }
 

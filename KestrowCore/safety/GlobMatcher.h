@@ -1,7 +1,9 @@
 #pragma once
 
+#include "safety/GlobSegments.h"
+
 #include <QString>
-#include <QStringList>
+#include <QStringView>
 
 namespace kestrow {
 
@@ -12,6 +14,11 @@ namespace kestrow {
 class GlobMatcher {
 public:
     [[nodiscard]] static bool matches(const QString& pattern, const QString& path, const QString& homeURL);
+    // The same on both sides cut once: a pattern from `patternSegments`, a path from
+    // `pathSegments`. This is how one path is tried against many patterns.
+    [[nodiscard]] static bool matches(const GlobSegments& pattern, const GlobSegments& path);
+    [[nodiscard]] static GlobSegments patternSegments(const QString& pattern, const QString& homeURL);
+    [[nodiscard]] static GlobSegments pathSegments(const QString& path);
     // "~" becomes the standardized home, "~/rest" the home joined with the rest (stars kept
     // as written); any other pattern is standardized, the empty result becoming "/".
     [[nodiscard]] static QString expandHome(const QString& pattern, const QString& homeURL);
@@ -22,7 +29,10 @@ public:
     [[nodiscard]] static bool matchWildcard(const QString& pattern, const QString& text);
 
 private:
-    static bool matchSegments(const QStringList& pattern, qsizetype pIdx, const QStringList& path, qsizetype sIdx);
+    static bool matchSegments(const GlobSegments& pattern, qsizetype pIdx, const GlobSegments& path, qsizetype sIdx);
+    static bool matchSegment(const GlobSegments& pattern, qsizetype pIdx, const GlobSegments& path, qsizetype sIdx);
+    // `plain`: both segments are printable ASCII and can be scanned as they stand.
+    static bool matchWildcard(QStringView pattern, QStringView text, bool plain);
 };
 
 } // namespace kestrow

@@ -25,9 +25,15 @@ bool hasTraversalComponent(const QString& path)
                        [](QStringView component) { return component == QLatin1String(".."); });
 }
 
+// `text` begins with `folder` and a slash; tested without building that text.
+template <typename Text> bool startsWithFolder(const QString& text, const Text& folder)
+{
+    return text.size() > folder.size() && text.at(folder.size()) == QLatin1Char('/') && text.startsWith(folder);
+}
+
 bool isInside(const QString& path, const QString& directory)
 {
-    return path == directory || path.startsWith(directory + QLatin1Char('/'));
+    return path == directory || startsWithFolder(path, directory);
 }
 
 bool isInsideAny(const QString& path, const QStringList& homes)
@@ -37,9 +43,9 @@ bool isInsideAny(const QString& path, const QStringList& homes)
 
 // Where `path` leads; a path whose links could not all be read is refused, as it might lead
 // anywhere.
-QString resolvedOrRefused(const QString& path, const LinkResolver& resolver)
+QString resolvedOrRefused(const QString& path, const LinkResolver& resolver, const QString& linkFreeFolder = {})
 {
-    const LinkResolution resolution = resolver.resolve(path);
+    const LinkResolution resolution = resolver.resolve(path, linkFreeFolder);
     if (resolution.errorCode != 0)
         throw SandboxSecurityError::symlinkEscapedSandbox(
             path, resolution.path,
@@ -58,7 +64,7 @@ QStringList homeForms(const QString& homePath, const LinkResolver& resolver)
 // Lower-case prefix tests of the system check. `lowered` is the path in lower case.
 template <typename Text> bool isOrUnder(const QString& lowered, const Text& directory)
 {
-    return lowered == directory || lowered.startsWith(directory + QLatin1Char('/'));
+    return lowered == directory || startsWithFolder(lowered, directory);
 }
 
 } // namespace
@@ -103,7 +109,8 @@ void SandboxValidator::validate(const QString& path, const QString& homeURL, con
         throw SandboxSecurityError::homeDirectoryTargeted(canonical);
     checkAllLists(canonical, homes);
 
-    const QString resolved = resolvedOrRefused(canonical, resolver);
+    // A home that resolved to itself has just been looked at: only what lies below it is looked at again.
+    const QString resolved = resolvedOrRefused(canonical, resolver, homes.size() == 1 ? homePath : QString());
     if (resolved == canonical)
         return;
     if (resolved == QLatin1String("/"))
@@ -211,7 +218,7 @@ void SandboxValidator::checkSystemPrefixes(const QString& path, const QStringLis
         fail("/private");
 
     for (const QString& prefix : forbiddenSystemPrefixes().first(unconditionalPrefixCount)) {
-        if (path.compare(prefix, Qt::CaseInsensitive) == 0 || lowered.startsWith(prefix.toLower() + QLatin1Char('/')))
+        if (path.compare(prefix, Qt::CaseInsensitive) == 0 || startsWithFolder(lowered, prefix.toLower()))
             throw SandboxSecurityError::forbiddenSystemPath(path, prefix);
     }
 
@@ -234,7 +241,7 @@ void SandboxValidator::checkUserDirectories(const QString& path, const QString& 
     const QString lowered = path.toLower();
     for (const QString& directory : forbiddenUserDirectories()) {
         const QString full = PathText::appending(homePath, directory);
-        if (path.compare(full, Qt::CaseInsensitive) == 0 || lowered.startsWith(full.toLower() + QLatin1Char('/')))
+        if (path.compare(full, Qt::CaseInsensitive) == 0 || startsWithFolder(lowered, full.toLower()))
             throw SandboxSecurityError::forbiddenUserDirectory(path, directory);
     }
 }

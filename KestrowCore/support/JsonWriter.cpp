@@ -11,7 +11,7 @@ namespace {
 void newline(QByteArray& out, int depth)
 {
     out.append('\n');
-    out.append(QByteArray(depth * 2, ' '));
+    out.append(depth * 2, ' ');
 }
 
 void writeValue(QByteArray& out, const JsonValue& value, const JsonWriter::Options& options, int depth)
@@ -90,8 +90,24 @@ void JsonWriter::appendString(QByteArray& out, const QString& text, bool escapeS
         out.append(hex[(u >> 4) & 0xF]);
         out.append(hex[u & 0xF]);
     };
+    const auto standsAsItIs = [escapeSlashes](char16_t u) {
+        return u >= 0x20 && u < 0x80 && u != u'"' && u != u'\\' && (u != u'/' || !escapeSlashes);
+    };
     out.append('"');
     for (qsizetype i = 0; i < text.size(); ++i) {
+        // A run of characters that stand as they are is copied at once.
+        qsizetype end = i;
+        while (end < text.size() && standsAsItIs(text.at(end).unicode()))
+            ++end;
+        if (end > i) {
+            const qsizetype at = out.size();
+            out.resize(at + (end - i));
+            std::transform(text.constData() + i, text.constData() + end, out.data() + at,
+                           [](QChar c) { return static_cast<char>(c.unicode()); });
+            i = end;
+            if (i == text.size())
+                break;
+        }
         const char16_t u = text.at(i).unicode();
         switch (u) {
         case u'"':

@@ -69,3 +69,26 @@ TEST(LinkResolver, FollowsChainsAndSaysWhereItHadToStop)
     EXPECT_EQ(refused.unexaminedPath, home.path(QStringLiteral("a/up")));
     EXPECT_EQ(refused.path, home.path(QStringLiteral("a/up/inside/x"))) << "the rest stays as written";
 }
+
+TEST(LinkResolver, ALinkFreeFolderIsTakenAsItStandsAndNothingElseIs)
+{
+    TestHome home;
+    home.makeDirectory(QStringLiteral("me/real"));
+    home.makeDirectory(QStringLiteral("me-too"));
+    home.makeSymbolicLink(QStringLiteral("me/up"), QStringLiteral("../me-too"));
+    home.makeSymbolicLink(QStringLiteral("me-too/back"), QStringLiteral("../me/real"));
+    const QString folder = home.path(QStringLiteral("me"));
+    const LinkResolver resolver;
+    for (const char* path : {"me", "me/real/x", "me/up/back/y", "me/up/../real", "me/../me-too/back", "me-too/back"}) {
+        const LinkResolution plain = resolver.resolve(home.path(QLatin1String(path)));
+        const LinkResolution fromFolder = resolver.resolve(home.path(QLatin1String(path)), folder);
+        EXPECT_EQ(fromFolder.path, plain.path) << path;
+        EXPECT_EQ(fromFolder.errorCode, plain.errorCode) << path;
+    }
+    // The folder's own components are not looked at again; a sibling whose name only begins
+    // like the folder's is.
+    const RefusingStatus refusingFolder(folder);
+    EXPECT_EQ(LinkResolver(refusingFolder).resolve(home.path(QStringLiteral("me/real/x")), folder).errorCode, 0);
+    const RefusingStatus refusingSibling(home.path(QStringLiteral("me-too")));
+    EXPECT_EQ(LinkResolver(refusingSibling).resolve(home.path(QStringLiteral("me-too/x")), folder).errorCode, EACCES);
+}

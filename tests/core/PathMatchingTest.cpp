@@ -74,6 +74,14 @@ TEST(GlobMatcher, SegmentsAndGlobstars)
         {"~/Cache", "/Users/me/cache", false},
         {"/a/b/../c", "/a/c", true, "a pattern not under ~ is standardized"},
         {"/a//b/", "/a/b", true},
+        // The segment before the first "**" is tried before the others; it must still follow
+        // the same rules as every segment.
+        {"~/x/K/**", "/Users/me/x/\u212A/y", true, "the Kelvin sign is K decomposed"},
+        {"~/x/caf\u00e9/**", "/Users/me/x/cafe\u0301", true},
+        {"~/x/?/*", "/Users/me/x/ab/c", false},
+        {"~/x/*/y", "/Users/me/x/y", false, "the path is shorter than the fixed segments"},
+        {"**/y", "/a/b/y", true},
+        {"/a/**/b/**", "/a/b", true},
     };
     for (const MatchCase& c : cases)
         EXPECT_EQ(GlobMatcher::matches(QString::fromUtf8(c.pattern), QString::fromUtf8(c.text), me), c.matches)

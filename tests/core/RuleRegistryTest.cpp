@@ -337,4 +337,7 @@ TEST(RuleRegistry, MatchingRulesHonourExclusionsAndComeInIdOrder)
     EXPECT_EQ(matching("Library/Caches/mine/tmp"),
               QStringList({QStringLiteral("aaa.first"), QStringLiteral("sys.user.caches")}));
     EXPECT_EQ(matching("Library/Caches/mine/keep/x"), QStringList{QStringLiteral("sys.user.caches")});
+    registry.removeRule(QStringLiteral("aaa.first"));
+    EXPECT_EQ(matching("Library/Caches/mine/tmp"), QStringList{QStringLiteral("sys.user.caches")})
+        << "a removed rule no longer matches";
 }
