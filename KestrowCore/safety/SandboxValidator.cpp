@@ -5,6 +5,7 @@
 #include "platform/LinkResolver.h"
 #include "platform/PathText.h"
 #include "platform/PlatformSystemPaths.h"
+#include "safety/ProtectedHomeGround.h"
 
 #include <algorithm>
 #include <system_error>
@@ -96,12 +97,13 @@ void SandboxValidator::validate(const QString& path, const QString& homeURL, con
     const LinkResolver resolver(systemCalls);
     const QString homePath = PathText::standardizing(homeURL);
     const QStringList homes = homeForms(homePath, resolver);
+    const ProtectedHomeGround ground(homes, systemCalls);
     const QString canonical = PathText::standardizedLocation(PathText::expandingTilde(path, homePath));
     if (canonical == QLatin1String("/"))
         throw SandboxSecurityError::rootDirectoryTargeted(canonical);
     if (homes.contains(canonical))
         throw SandboxSecurityError::homeDirectoryTargeted(canonical);
-    checkAllLists(canonical, homes);
+    checkAllLists(canonical, homes, ground);
 
     const QString resolved = resolvedOrRefused(canonical, resolver);
     if (resolved == canonical)
@@ -113,7 +115,7 @@ void SandboxValidator::validate(const QString& path, const QString& homeURL, con
         throw SandboxSecurityError::symlinkEscapedSandbox(canonical, resolved,
                                                           QStringLiteral("Symlink points to home directory"));
     try {
-        checkAllLists(resolved, homes);
+        checkAllLists(resolved, homes, ground);
     } catch (const SandboxSecurityError& inner) {
         throw SandboxSecurityError::symlinkEscapedSandbox(canonical, resolved, inner.description());
     }
@@ -159,8 +161,9 @@ void SandboxValidator::validatePattern(const QString& pattern, const std::option
     if (homes.contains(location))
         throw SandboxSecurityError::homeDirectoryTargeted(location);
     checkSystemPrefixes(location, homes);
+    const ProtectedHomeGround ground(homes, systemCalls);
     for (const QString& home : homes)
-        checkUserDirectories(location, home);
+        checkUserDirectories(location, home, ground);
 }
 
 void SandboxValidator::validatePatterns(const QStringList& patterns, const QString& homeURL,
@@ -170,11 +173,11 @@ void SandboxValidator::validatePatterns(const QStringList& patterns, const QStri
         validatePattern(pattern, std::nullopt, homeURL, systemCalls);
 }
 
-void SandboxValidator::checkAllLists(const QString& path, const QStringList& homes)
+void SandboxValidator::checkAllLists(const QString& path, const QStringList& homes, const ProtectedHomeGround& ground)
 {
     checkSystemPrefixes(path, homes);
     for (const QString& home : homes) {
-        checkUserDirectories(path, home);
+        checkUserDirectories(path, home, ground);
         checkDepth(path, home);
     }
 }
@@ -229,7 +232,8 @@ void SandboxValidator::checkSystemPrefixes(const QString& path, const QStringLis
     }
 }
 
-void SandboxValidator::checkUserDirectories(const QString& path, const QString& homePath)
+void SandboxValidator::checkUserDirectories(const QString& path, const QString& homePath,
+                                            const ProtectedHomeGround& ground)
 {
     const QString lowered = path.toLower();
     for (const QString& directory : forbiddenUserDirectories()) {
@@ -237,6 +241,8 @@ void SandboxValidator::checkUserDirectories(const QString& path, const QString& 
         if (path.compare(full, Qt::CaseInsensitive) == 0 || lowered.startsWith(full.toLower() + QLatin1Char('/')))
             throw SandboxSecurityError::forbiddenUserDirectory(path, directory);
     }
+    if (const ProtectedHomeGround::Folder* folder = ground.folderHolding(path))
+        throw SandboxSecurityError::forbiddenUserDirectory(path, folder->name);
 }
 
 void SandboxValidator::checkDepth(const QString& path, const QString& homePath)

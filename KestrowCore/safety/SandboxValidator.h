@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/SystemCalls.h"
+#include "safety/ProtectedHomeGround.h"
 #include "safety/SandboxSecurityError.h"
 
 #include <QString>
@@ -11,9 +12,10 @@
 namespace kestrow {
 
 // The hard limit on what the program may touch: decides from the path text and the home
-// alone (plus the symbolic links on disk) whether a path or a rule pattern lies in allowed
-// ground. Every operation returns normally when it does and throws SandboxSecurityError
-// when it does not. Stateless; callable from any thread.
+// alone (plus the symbolic links on disk, and the names the user gave the personal folders)
+// whether a path or a rule pattern lies in allowed ground. Every operation returns normally
+// when it does and throws SandboxSecurityError when it does not. Stateless; callable from
+// any thread.
 //
 // The home counts as given and, when a symbolic link leads elsewhere, as resolved: the home
 // itself, the protected folders and the depth rule hold for both forms (the given form is
@@ -24,7 +26,8 @@ public:
     // The fourteen system prefixes, in their order. The last five have exceptions and are
     // tested before the loop over the first nine.
     [[nodiscard]] static const QStringList& forbiddenSystemPrefixes();
-    // The ten folders below the home that are never touched, relative to the home.
+    // The ten folders below the home that are never touched, relative to the home. Each
+    // platform adds its own (ProtectedHomeGround), refused the same way.
     [[nodiscard]] static const QStringList& forbiddenUserDirectories();
 
     // A path that may begin with "~". Resolves symbolic links on disk and checks the target
@@ -43,9 +46,10 @@ public:
 private:
     // `homes`: the home as given, then as resolved when that differs.
     static void checkSystemPrefixes(const QString& path, const QStringList& homes);
-    static void checkUserDirectories(const QString& path, const QString& homePath);
+    // The fixed list below `homePath`, then the platform's own ground.
+    static void checkUserDirectories(const QString& path, const QString& homePath, const ProtectedHomeGround& ground);
     static void checkDepth(const QString& path, const QString& homePath);
-    static void checkAllLists(const QString& path, const QStringList& homes);
+    static void checkAllLists(const QString& path, const QStringList& homes, const ProtectedHomeGround& ground);
 };
 
 } // namespace kestrow
