@@ -2,6 +2,7 @@
 
 #include "policy/PathCheckOutcome.h"
 #include "policy/RiskClassifier.h"
+#include "safety/ProtectedHomeGround.h"
 #include "storage/StorageCategory.h"
 
 #include <QString>
@@ -23,9 +24,13 @@ public:
     [[nodiscard]] PathCheckOutcome check(const QString& path, StorageCategory category) const;
 
 private:
+    // Why a refused path is kept when the classifier has no reason of its own.
+    [[nodiscard]] QString refusalReason(const QString& location, const SandboxSecurityError& error) const;
+
     QString m_homeURL;
     QString m_homePath; // standardised, for "~"
     RiskClassifier m_classifier;
+    ProtectedHomeGround m_ground;
 };
 
 } // namespace kestrow
