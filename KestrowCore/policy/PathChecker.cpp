@@ -1,16 +1,29 @@
 #include "policy/PathChecker.h"
 
+#include "platform/LinkResolver.h"
 #include "platform/PathText.h"
 #include "policy/SettledHomeCalls.h"
 #include "safety/SandboxValidator.h"
 
 namespace kestrow {
 
+namespace {
+
+// The home as given and, when links lead elsewhere, as resolved, as the sandbox takes it.
+QStringList homeForms(const QString& homePath, const SystemCalls& systemCalls)
+{
+    const QString resolved = PathText::standardizing(LinkResolver(systemCalls).resolvingSymbolicLinks(homePath));
+    return resolved == homePath ? QStringList{homePath} : QStringList{homePath, resolved};
+}
+
+} // namespace
+
 PathChecker::PathChecker(QString homeURL, std::shared_ptr<RuleRegistry> ruleRegistry)
     : m_homeURL(std::move(homeURL))
     , m_homePath(PathText::standardizing(m_homeURL))
     , m_systemCalls(std::make_shared<SettledHomeCalls>(m_homePath))
     , m_classifier(m_homeURL, std::move(ruleRegistry), std::make_shared<FileManager>(m_systemCalls))
+    , m_ground(homeForms(m_homePath, *m_systemCalls), *m_systemCalls)
 {
 }
 
@@ -18,7 +31,7 @@ PathCheckOutcome PathChecker::check(const QString& path, StorageCategory categor
 {
     PathCheckOutcome outcome{.path = path};
     try {
-        SandboxValidator::validate(outcome.path, m_homeURL, *m_systemCalls);
+        SandboxValidator::validate(outcome.path, m_homeURL, *m_systemCalls, m_ground);
     } catch (const SandboxSecurityError& error) {
         outcome.error = error;
     }
@@ -29,8 +42,20 @@ PathCheckOutcome PathChecker::check(const QString& path, StorageCategory categor
     // keeping it stands when it has one.
     if (outcome.error && outcome.classification.riskTier != RiskTier::keep)
         outcome.classification = {
-            .riskTier = RiskTier::keep, .confidence = 1.0, .reason = outcome.error->description()};
+            .riskTier = RiskTier::keep, .confidence = 1.0, .reason = refusalReason(location, *outcome.error)};
     return outcome;
+}
+
+QString PathChecker::refusalReason(const QString& location, const SandboxSecurityError& error) const
+{
+    // The platform's own ground is told as the classifier tells "~/Documents", a link into it
+    // as a link into that.
+    if (const ProtectedHomeGround::Folder* folder = m_ground.folderHolding(location))
+        return folder->reason;
+    if (error.errorCase() == SandboxSecurityError::Case::symlinkEscapedSandbox)
+        if (const ProtectedHomeGround::Folder* folder = m_ground.folderHolding(error.detail()))
+            return QStringLiteral("Symlink target points to protected boundary: ") + folder->reason;
+    return error.description();
 }
 
 } // namespace kestrow

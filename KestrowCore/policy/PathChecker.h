@@ -3,6 +3,7 @@
 #include "platform/SystemCalls.h"
 #include "policy/PathCheckOutcome.h"
 #include "policy/RiskClassifier.h"
+#include "safety/ProtectedHomeGround.h"
 #include "storage/StorageCategory.h"
 
 #include <QString>
@@ -25,10 +26,14 @@ public:
     [[nodiscard]] PathCheckOutcome check(const QString& path, StorageCategory category) const;
 
 private:
+    // Why a refused path is kept when the classifier has no reason of its own.
+    [[nodiscard]] QString refusalReason(const QString& location, const SandboxSecurityError& error) const;
+
     QString m_homeURL;
     QString m_homePath; // standardised, for "~"
     std::shared_ptr<const SystemCalls> m_systemCalls;
     RiskClassifier m_classifier;
+    ProtectedHomeGround m_ground;
 };
 
 } // namespace kestrow

@@ -5,6 +5,7 @@
 #include "platform/LinkResolver.h"
 #include "platform/PathText.h"
 #include "platform/PlatformSystemPaths.h"
+#include "safety/ProtectedHomeGround.h"
 
 #include <algorithm>
 #include <system_error>
@@ -102,12 +103,28 @@ void SandboxValidator::validate(const QString& path, const QString& homeURL, con
     const LinkResolver resolver(systemCalls);
     const QString homePath = PathText::standardizing(homeURL);
     const QStringList homes = homeForms(homePath, resolver);
+    validateBelow(path, homePath, homes, resolver, ProtectedHomeGround(homes, systemCalls));
+}
+
+void SandboxValidator::validate(const QString& path, const QString& homeURL, const SystemCalls& systemCalls,
+                                const ProtectedHomeGround& ground)
+{
+    if (hasTraversalComponent(path))
+        throw SandboxSecurityError::directoryTraversalDetected(path);
+    const LinkResolver resolver(systemCalls);
+    const QString homePath = PathText::standardizing(homeURL);
+    validateBelow(path, homePath, homeForms(homePath, resolver), resolver, ground);
+}
+
+void SandboxValidator::validateBelow(const QString& path, const QString& homePath, const QStringList& homes,
+                                     const LinkResolver& resolver, const ProtectedHomeGround& ground)
+{
     const QString canonical = PathText::standardizedLocation(PathText::expandingTilde(path, homePath));
     if (canonical == QLatin1String("/"))
         throw SandboxSecurityError::rootDirectoryTargeted(canonical);
     if (homes.contains(canonical))
         throw SandboxSecurityError::homeDirectoryTargeted(canonical);
-    checkAllLists(canonical, homes);
+    checkAllLists(canonical, homes, ground);
 
     // A home that resolved to itself has just been looked at: only what lies below it is looked at again.
     const QString resolved = resolvedOrRefused(canonical, resolver, homes.size() == 1 ? homePath : QString());
@@ -120,7 +137,7 @@ void SandboxValidator::validate(const QString& path, const QString& homeURL, con
         throw SandboxSecurityError::symlinkEscapedSandbox(canonical, resolved,
                                                           QStringLiteral("Symlink points to home directory"));
     try {
-        checkAllLists(resolved, homes);
+        checkAllLists(resolved, homes, ground);
     } catch (const SandboxSecurityError& inner) {
         throw SandboxSecurityError::symlinkEscapedSandbox(canonical, resolved, inner.description());
     }
@@ -166,8 +183,9 @@ void SandboxValidator::validatePattern(const QString& pattern, const std::option
     if (homes.contains(location))
         throw SandboxSecurityError::homeDirectoryTargeted(location);
     checkSystemPrefixes(location, homes);
+    const ProtectedHomeGround ground(homes, systemCalls);
     for (const QString& home : homes)
-        checkUserDirectories(location, home);
+        checkUserDirectories(location, home, ground);
 }
 
 void SandboxValidator::validatePatterns(const QStringList& patterns, const QString& homeURL,
@@ -177,11 +195,11 @@ void SandboxValidator::validatePatterns(const QStringList& patterns, const QStri
         validatePattern(pattern, std::nullopt, homeURL, systemCalls);
 }
 
-void SandboxValidator::checkAllLists(const QString& path, const QStringList& homes)
+void SandboxValidator::checkAllLists(const QString& path, const QStringList& homes, const ProtectedHomeGround& ground)
 {
     checkSystemPrefixes(path, homes);
     for (const QString& home : homes) {
-        checkUserDirectories(path, home);
+        checkUserDirectories(path, home, ground);
         checkDepth(path, home);
     }
 }
@@ -236,7 +254,8 @@ void SandboxValidator::checkSystemPrefixes(const QString& path, const QStringLis
     }
 }
 
-void SandboxValidator::checkUserDirectories(const QString& path, const QString& homePath)
+void SandboxValidator::checkUserDirectories(const QString& path, const QString& homePath,
+                                            const ProtectedHomeGround& ground)
 {
     const QString lowered = path.toLower();
     for (const QString& directory : forbiddenUserDirectories()) {
@@ -244,6 +263,8 @@ void SandboxValidator::checkUserDirectories(const QString& path, const QString& 
         if (path.compare(full, Qt::CaseInsensitive) == 0 || startsWithFolder(lowered, full.toLower()))
             throw SandboxSecurityError::forbiddenUserDirectory(path, directory);
     }
+    if (const ProtectedHomeGround::Folder* folder = ground.folderHolding(path))
+        throw SandboxSecurityError::forbiddenUserDirectory(path, folder->name);
 }
 
 void SandboxValidator::checkDepth(const QString& path, const QString& homePath)
