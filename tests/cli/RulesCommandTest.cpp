@@ -47,7 +47,7 @@ TEST(RulesCommand, AddsListsSwitchesAndRemovesUserRules)
     const KestrowRun listed = rules(home, {QStringLiteral("list"), QStringLiteral("--json")});
     ASSERT_EQ(listed.exitCode, 0);
     const kestrow::JsonValue array = kestrow::JsonDecoder::parse(listed.out.toUtf8());
-    ASSERT_EQ(array.toArray().size(), 25u);
+    ASSERT_EQ(array.toArray().size(), 34u);
     const auto& list = array.toArray();
     const auto found = std::find_if(list.begin(), list.end(), [](const kestrow::JsonValue& rule) {
         return rule.find(QStringLiteral("id"))->toString() == QStringLiteral("custom.builds");
@@ -152,7 +152,7 @@ TEST(RulesCommand, RefusedRulesOfTheFileAreNamedAndNeverWrittenAway)
     EXPECT_TRUE(listed.out.contains(QStringLiteral("34 rules: 33 built in, 1 custom"))) << listed.out.toStdString();
     const KestrowRun json = rules(home, {QStringLiteral("list"), QStringLiteral("--json")});
     EXPECT_EQ(json.err, warning);
-    EXPECT_EQ(kestrow::JsonDecoder::parse(json.out.toUtf8()).toArray().size(), 25u);
+    EXPECT_EQ(kestrow::JsonDecoder::parse(json.out.toUtf8()).toArray().size(), 34u);
 
     // Every change would rewrite the file without the refused rule: each is refused instead.
     for (const QStringList& change :
