@@ -1,26 +1,12 @@
 #include "rules/BuiltInRules.h"
 
+#include "rules/BuiltInRuleRow.h"
+
 namespace kestrow {
 
 namespace {
 
-struct Row {
-    const char* id;
-    const char* name;
-    const char* description;
-    StorageCategory category;
-    RiskTier riskTier;
-    std::vector<const char*> patterns;
-    std::vector<const char*> excludedPatterns;
-};
-
-QStringList strings(const std::vector<const char*>& texts)
-{
-    QStringList list;
-    for (const char* text : texts)
-        list.append(QString::fromUtf8(text));
-    return list;
-}
+using Row = BuiltInRuleRow;
 
 constexpr RiskTier safe = RiskTier::safeToDelete;
 constexpr RiskTier review = RiskTier::reviewRequired;
@@ -203,27 +189,7 @@ std::vector<RuleDefinition> BuiltInRules::catalogue(const QDateTime& builtAt)
          {}},
     };
 
-    std::vector<RuleDefinition> rules;
-    rules.reserve(std::size(rows));
-    for (const Row& row : rows)
-        rules.push_back(RuleDefinition{
-            .id = QString::fromUtf8(row.id),
-            .name = QString::fromUtf8(row.name),
-            .description = QString::fromUtf8(row.description),
-            .category = row.category,
-            .riskTier = row.riskTier,
-            .patterns = strings(row.patterns),
-            .excludedPatterns = strings(row.excludedPatterns),
-            // What is safe to delete is exactly what comes back by itself.
-            .isRegenerable = row.riskTier == RiskTier::safeToDelete,
-            .isBuiltIn = true,
-            .enabled = true,
-            .minAgeDays = std::nullopt,
-            .synthesizedBy = std::nullopt,
-            .createdAt = builtAt,
-            .updatedAt = builtAt,
-        });
-    return rules;
+    return BuiltInRuleRow::definitions(rows, builtAt);
 }
 
 } // namespace kestrow

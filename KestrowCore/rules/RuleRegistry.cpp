@@ -3,8 +3,10 @@
 #include "platform/SystemMessage.h"
 
 #include "platform/AtomicFileWriter.h"
+#include "platform/HostSystem.h"
 #include "platform/PathText.h"
 #include "rules/BuiltInRules.h"
+#include "rules/LinuxRules.h"
 #include "rules/RuleCatalog.h"
 #include "safety/GlobMatcher.h"
 #include "safety/SandboxValidator.h"
@@ -13,6 +15,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <iterator>
 #include <system_error>
 
 namespace kestrow {
@@ -73,7 +76,11 @@ RuleRegistry::RuleRegistry(Options options)
     , m_homeURL(std::move(options.homeURL))
     , m_fileManager(options.fileManager ? std::move(options.fileManager) : std::make_shared<FileManager>())
 {
-    for (RuleDefinition& rule : BuiltInRules::catalogue(QDateTime::currentDateTimeUtc()))
+    const QDateTime builtAt = QDateTime::currentDateTimeUtc();
+    std::vector<RuleDefinition> builtIn = BuiltInRules::catalogue(builtAt);
+    if (currentHostSystem() == HostSystem::gnuLinux)
+        std::ranges::move(LinuxRules::catalogue(builtAt), std::back_inserter(builtIn));
+    for (RuleDefinition& rule : builtIn)
         m_rulesById.emplace(rule.id, std::move(rule));
     rebuildMatchableRules();
 }

@@ -15,6 +15,7 @@ TargetContext makeContext(DeveloperTargets::Options& options)
         .fileManager = options.fileManager ? std::move(options.fileManager) : std::make_shared<FileManager>(),
         .isProcessRunning = options.isProcessRunning ? std::move(options.isProcessRunning) : defaultProcessChecker,
     };
+    context.xdg = XdgBaseFolders::forHome(context.homeURL);
     context.applicationsURLs =
         options.applicationsURLs.value_or(DeveloperTargets::defaultApplicationsURLs(context.homeURL));
     if (options.projectRoots) {
@@ -40,7 +41,11 @@ DeveloperTargets::DeveloperTargets(Options options)
 
 QStringList DeveloperTargets::defaultApplicationsURLs(const QString& home)
 {
-    return {QStringLiteral("/Applications"), PathText::appending(home, QStringLiteral("Applications"))};
+    QStringList folders{QStringLiteral("/Applications"), PathText::appending(home, QStringLiteral("Applications"))};
+    // Where Linux packages of desktop applications such as Docker Desktop install themselves.
+    if (currentHostSystem() == HostSystem::gnuLinux)
+        folders.append(QStringLiteral("/opt"));
+    return folders;
 }
 
 std::vector<DiscoveredItem> DeveloperTargets::scan(const CategorySet& categories, const ScanProgressCallback& progress,

@@ -23,7 +23,7 @@ class DeveloperTargets {
 public:
     struct Options {
         QString homeURL;
-        std::optional<QStringList> applicationsURLs; // default: /Applications and ~/Applications
+        std::optional<QStringList> applicationsURLs; // default: /Applications, ~/Applications, on Linux /opt
         std::optional<QStringList> projectRoots;     // default: eight usual folders below the home
         std::shared_ptr<const FileManager> fileManager;
         std::shared_ptr<RuleRegistry> ruleRegistry;

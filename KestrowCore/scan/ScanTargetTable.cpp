@@ -2,22 +2,29 @@
 
 #include "scan/targets/AIModelScanner.h"
 #include "scan/targets/BrowserCacheScanner.h"
+#include "scan/targets/BuildToolCacheScanner.h"
 #include "scan/targets/BunCacheScanner.h"
 #include "scan/targets/CargoCacheScanner.h"
+#include "scan/targets/CondaPackageScanner.h"
+#include "scan/targets/ContainerStorageScanner.h"
 #include "scan/targets/CrashReportScanner.h"
 #include "scan/targets/DockerVMScanner.h"
+#include "scan/targets/EditorCacheScanner.h"
 #include "scan/targets/GitWorktreeScanner.h"
 #include "scan/targets/GradleCacheScanner.h"
 #include "scan/targets/HomebrewCacheScanner.h"
 #include "scan/targets/MailDownloadScanner.h"
+#include "scan/targets/MavenRepositoryScanner.h"
 #include "scan/targets/NpmCacheScanner.h"
 #include "scan/targets/PipCacheScanner.h"
 #include "scan/targets/PnpmStoreScanner.h"
+#include "scan/targets/RustupToolchainScanner.h"
 #include "scan/targets/StrayNodeModulesScanner.h"
 #include "scan/targets/UVCacheScanner.h"
 #include "scan/targets/UserCacheScanner.h"
 #include "scan/targets/UserLogScanner.h"
 #include "scan/targets/XcodeArtifactScanner.h"
+#include "scan/targets/YarnCacheScanner.h"
 
 #include <algorithm>
 
@@ -79,8 +86,49 @@ std::vector<Row> makeRows()
          .scanner = std::make_shared<PnpmStoreScanner>(),
          .ruleIds = strings({"dev.pnpm.store"}),
          .target = ScanTarget::npmBun,
-         .homeRelativePaths = strings({".pnpm-store", ".local/share/pnpm", "Library/pnpm"}),
+         .homeRelativePaths = strings({".pnpm-store", ".local/share/pnpm", "Library/pnpm", ".cache/pnpm"}),
          .ruleIdPrefixes = strings({"dev.pnpm."})},
+        {.stage = Stage::developer,
+         .category = StorageCategory::developerCache,
+         .scanner = std::make_shared<YarnCacheScanner>(),
+         .target = ScanTarget::npmBun,
+         .homeRelativePaths = strings({".cache/yarn"}),
+         .host = HostSystem::gnuLinux},
+        {.stage = Stage::developer,
+         .category = StorageCategory::developerCache,
+         .scanner = std::make_shared<CondaPackageScanner>(),
+         .ruleIds = strings({"linux.conda.packages"}),
+         .target = ScanTarget::uvPython,
+         .homeRelativePaths = strings({"miniconda3/pkgs", "anaconda3/pkgs", "miniforge3/pkgs", ".conda/pkgs"}),
+         .ruleIdPrefixes = strings({"linux.conda."}),
+         .host = HostSystem::gnuLinux},
+        {.stage = Stage::developer,
+         .category = StorageCategory::developerCache,
+         .scanner = std::make_shared<RustupToolchainScanner>(),
+         .ruleIds = strings({"linux.rustup.toolchains"}),
+         .target = ScanTarget::cargo,
+         .homeRelativePaths = strings({".rustup/toolchains"}),
+         .ruleIdPrefixes = strings({"linux.rustup."}),
+         .host = HostSystem::gnuLinux},
+        {.stage = Stage::developer,
+         .category = StorageCategory::developerCache,
+         .scanner = std::make_shared<MavenRepositoryScanner>(),
+         .ruleIds = strings({"linux.maven.repository"}),
+         .homeRelativePaths = strings({".m2/repository"}),
+         .host = HostSystem::gnuLinux},
+        {.stage = Stage::developer,
+         .category = StorageCategory::developerCache,
+         .scanner = std::make_shared<BuildToolCacheScanner>(),
+         .homeRelativePaths =
+             strings({".cache/go-build", ".cache/bazel", ".cache/ccache", ".ccache", ".cache/sccache",
+                      ".cache/node-gyp", ".cache/typescript", ".cache/electron", ".cache/electron-builder",
+                      ".cache/pre-commit", ".cache/ms-playwright", ".cache/Cypress", ".cache/deno", ".cache/composer"}),
+         .host = HostSystem::gnuLinux},
+        {.stage = Stage::developer,
+         .category = StorageCategory::developerCache,
+         .scanner = std::make_shared<EditorCacheScanner>(),
+         .homeRelativePaths = strings({".cache/JetBrains"}),
+         .host = HostSystem::gnuLinux},
         {.stage = Stage::developer,
          .category = StorageCategory::developerCache,
          .scanner = std::make_shared<HomebrewCacheScanner>(),
@@ -99,19 +147,27 @@ std::vector<Row> makeRows()
         {.stage = Stage::developer,
          .category = StorageCategory::aiModelWeights,
          .scanner = std::make_shared<AIModelScanner>(),
-         .ruleIds = strings(
-             {"ai.huggingface.hub", "ai.whisper.models", "ai.ollama.models", "ai.lmstudio.models", "ai.vllm.weights"}),
+         .ruleIds = strings({"ai.huggingface.hub", "ai.whisper.models", "ai.ollama.models", "ai.lmstudio.models",
+                             "ai.vllm.weights", "linux.ai.torch_hub", "linux.ai.gpt4all"}),
          .target = ScanTarget::aiModels,
          .homeRelativePaths = strings({".cache/huggingface", ".cache/whisper", ".ollama", ".cache/lm-studio",
-                                       ".lmstudio", ".cache/vllm", ".vllm"}),
-         .ruleIdPrefixes = strings({"ai."})},
+                                       ".lmstudio", ".cache/vllm", ".vllm", ".cache/torch", ".local/share/nomic.ai"}),
+         .ruleIdPrefixes = strings({"ai.", "linux.ai."})},
         {.stage = Stage::developer,
          .category = StorageCategory::dockerVM,
          .scanner = std::make_shared<DockerVMScanner>(),
-         .ruleIds = strings({"dev.docker.orphaned_vm"}),
+         .ruleIds = strings({"dev.docker.orphaned_vm", "linux.docker.desktop_vm"}),
          .target = ScanTarget::dockerVM,
-         .homeRelativePaths = strings({"Library/Containers/com.docker.docker"}),
-         .ruleIdPrefixes = strings({"dev.docker."})},
+         .homeRelativePaths = strings({"Library/Containers/com.docker.docker", ".docker/desktop/vms"}),
+         .ruleIdPrefixes = strings({"dev.docker.", "linux.docker."})},
+        {.stage = Stage::developer,
+         .category = StorageCategory::dockerVM,
+         .scanner = std::make_shared<ContainerStorageScanner>(),
+         .ruleIds = strings({"linux.docker.rootless", "linux.podman.storage", "linux.podman.machine"}),
+         .target = ScanTarget::dockerVM,
+         .homeRelativePaths = strings({".local/share/docker", ".local/share/containers"}),
+         .ruleIdPrefixes = strings({"linux.podman."}),
+         .host = HostSystem::gnuLinux},
         {.stage = Stage::developer,
          .category = StorageCategory::xcodeArtifacts,
          .scanner = std::make_shared<XcodeArtifactScanner>(),
@@ -151,6 +207,10 @@ std::vector<Row> makeRows()
          .ruleIds = strings({"sys.browser.safari", "sys.browser.chrome", "sys.browser.firefox", "sys.browser.edge",
                              "sys.browser.arc", "sys.browser.brave", "sys.browser.other"}),
          .target = ScanTarget::browserCaches,
+         .homeRelativePaths =
+             strings({".cache/mozilla", ".cache/google-chrome", ".cache/chromium", ".cache/BraveSoftware",
+                      ".cache/microsoft-edge", ".cache/vivaldi", ".cache/opera", "snap/firefox/common/.cache/mozilla",
+                      ".var/app/org.mozilla.firefox/cache/mozilla"}),
          .ruleIdPrefixes = strings({"sys.browser."})},
     };
 }
@@ -175,11 +235,26 @@ CategorySet ScanTargetTable::categories(Stage stage)
 void ScanTargetTable::scan(Stage stage, const CategorySet& categories, TargetScan& scan, const TargetContext& context)
 {
     for (const Row& row : rows()) {
-        if (row.stage != stage || !categories.contains(row.category))
+        if (row.stage != stage || !categories.contains(row.category) || (row.host && row.host != context.hostSystem))
             continue;
         scan.checkCancellation();
         row.scanner->scan(scan, context);
     }
+}
+
+const QStringList& ScanTargetTable::claimedCacheNames()
+{
+    static const QStringList names = [] {
+        const QLatin1String cache(".cache/");
+        QStringList all;
+        for (const Row& row : rows())
+            for (const QString& path : row.homeRelativePaths)
+                if (path.startsWith(cache))
+                    all.append(path.mid(cache.size()).section(QLatin1Char('/'), 0, 0));
+        all.removeDuplicates();
+        return all;
+    }();
+    return names;
 }
 
 const QStringList& ScanTargetTable::ruleIdsScannedByTargets()

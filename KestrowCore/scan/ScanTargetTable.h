@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/HostSystem.h"
 #include "scan/TargetScan.h"
 #include "scan/targets/TargetContext.h"
 #include "scan/targets/TargetScanner.h"
@@ -30,10 +31,13 @@ public:
         // The rule ids of the built-in rules whose locations the scanner covers itself.
         QStringList ruleIds;
         // The switch that turns the family off, and what the filter matches for it: locations
-        // below the home and rule id beginnings.
+        // below the home (given for families without a switch too: they claim their cache
+        // folders) and rule id beginnings.
         std::optional<ScanTarget> target = std::nullopt;
         QStringList homeRelativePaths = {};
         QStringList ruleIdPrefixes = {};
+        // The only system whose tools keep their data where the family looks; none: any.
+        std::optional<HostSystem> host = std::nullopt;
     };
 
     [[nodiscard]] static const std::vector<Row>& rows();
@@ -43,6 +47,10 @@ public:
     // Runs the stage's rows of the requested categories in order, checking for cancellation
     // before each. Throws CancellationError.
     static void scan(Stage stage, const CategorySet& categories, TargetScan& scan, const TargetContext& context);
+
+    // The names in the XDG cache folder whose contents a family other than the user caches
+    // reports: the first folder below ".cache" of the families' locations.
+    [[nodiscard]] static const QStringList& claimedCacheNames();
 
     // The built-in rules whose locations the scanners cover; the rule stage skips them.
     [[nodiscard]] static const QStringList& ruleIdsScannedByTargets();

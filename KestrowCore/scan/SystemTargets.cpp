@@ -6,8 +6,9 @@
 namespace kestrow {
 
 SystemTargets::SystemTargets(Options options)
-    : m_context{.homeURL = std::move(options.homeURL),
-                .fileManager = options.fileManager ? std::move(options.fileManager) : std::make_shared<FileManager>()}
+    : m_context{.homeURL = options.homeURL,
+                .fileManager = options.fileManager ? std::move(options.fileManager) : std::make_shared<FileManager>(),
+                .xdg = XdgBaseFolders::forHome(options.homeURL)}
     , m_ruleRegistry(std::move(options.ruleRegistry))
     , m_riskClassifier(options.riskClassifier
                            ? std::move(*options.riskClassifier)

@@ -1,5 +1,6 @@
 #include "KestrowProcess.h"
 #include "SyntheticHome.h"
+#include "SyntheticLinuxHome.h"
 
 #include <gtest/gtest.h>
 
@@ -19,4 +20,19 @@ TEST(ScanCommandCoverage, AFullScanReachesEveryScannerOfAnotherHome)
           "Safari WebKit Container Cache", "Mozilla Firefox Profile Caches"})
         EXPECT_TRUE(run.out.contains(QLatin1String(description))) << description;
     EXPECT_FALSE(run.out.contains(QStringLiteral("Projects/web-app/node_modules")));
+}
+
+TEST(ScanCommandCoverage, AnotherHomesXdgFoldersAreItsOwnAndTargetsSwitchOff)
+{
+    const SyntheticLinuxHome home;
+    // The environment now speaks for a second home; the scanned one keeps its own folders.
+    const TestHome running;
+    const KestrowRun run = runKestrow({QStringLiteral("scan"), QStringLiteral("--home"), home.path(),
+                                       QStringLiteral("--disable-target"), QStringLiteral("browserCaches")});
+    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+    for (const char* description : {"thumbnails Cache", "Go Build Cache", "Visual Studio Code Cache (CachedData)",
+                                    "org.gimp.GIMP Cache (Flatpak)", "Xorg.0.log.old Log Data"})
+        EXPECT_TRUE(run.out.contains(QLatin1String(description))) << description;
+    EXPECT_FALSE(run.out.contains(QStringLiteral("Mozilla Firefox Profile Cache"))) << run.out.toStdString();
+    EXPECT_FALSE(run.out.contains(QStringLiteral("mozilla Cache")));
 }

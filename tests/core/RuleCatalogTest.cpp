@@ -1,5 +1,10 @@
 #include "rules/RuleCatalog.h"
+#include "TestHome.h"
+#include "platform/HostSystem.h"
 #include "rules/BuiltInRules.h"
+#include "rules/LinuxRules.h"
+#include "rules/RuleRegistry.h"
+#include "safety/SandboxValidator.h"
 
 #include <gtest/gtest.h>
 
@@ -185,4 +190,23 @@ TEST(BuiltInRules, CatalogueHoldsTheTwentyFourRulesAsListed)
     EXPECT_EQ(rules[16].category, StorageCategory::dockerVM);
     EXPECT_EQ(rules[16].description, QStringLiteral("Docker Desktop Linux VM APFS disk image (Docker.raw)."));
     EXPECT_EQ(rules[23].patterns[1], QStringLiteral("~/Library/Caches/Google/Chrome/*/Code Cache/**"));
+}
+
+TEST(LinuxRules, ReviewLinuxPlacesUnderTheirOwnNamespaceAndJoinTheBuiltInsOnLinux)
+{
+    const test::TestHome home;
+    const std::vector<RuleDefinition> rules = LinuxRules::catalogue(moment("2026-01-01T00:00:00Z"));
+    for (const RuleDefinition& rule : rules) {
+        EXPECT_TRUE(rule.id.startsWith(QStringLiteral("linux."))) << rule.id.toStdString();
+        EXPECT_TRUE(rule.isBuiltIn && rule.enabled && !rule.isRegenerable) << rule.id.toStdString();
+        for (const QString& pattern : rule.patterns)
+            EXPECT_NO_THROW(SandboxValidator::validatePattern(pattern, std::nullopt, home.path()))
+                << pattern.toStdString();
+    }
+
+    const RuleRegistry registry({.homeURL = home.path()});
+    const bool onLinux = currentHostSystem() == HostSystem::gnuLinux;
+    EXPECT_EQ(registry.allRules().size(), 24 + (onLinux ? rules.size() : 0));
+    const auto matched = registry.matchingRules(home.path(QStringLiteral(".m2/repository/org/x.jar")));
+    EXPECT_EQ(matched.size(), onLinux ? 1u : 0u);
 }

@@ -1,5 +1,8 @@
 #include "TestHome.h"
 
+#include "platform/HostSystem.h"
+#include "rules/BuiltInRules.h"
+#include "rules/LinuxRules.h"
 #include "rules/RuleCatalog.h"
 #include "rules/RuleRegistry.h"
 #include "safety/SandboxSecurityError.h"
@@ -16,6 +19,23 @@ using namespace kestrow;
 using kestrow::test::TestHome;
 
 namespace {
+
+// The catalogue and, on Linux, the Linux set.
+std::vector<RuleDefinition> builtInRules()
+{
+    std::vector<RuleDefinition> rules = BuiltInRules::catalogue({});
+    if (currentHostSystem() == HostSystem::gnuLinux)
+        for (RuleDefinition& rule : LinuxRules::catalogue({}))
+            rules.push_back(std::move(rule));
+    return rules;
+}
+
+std::size_t builtInCount(std::optional<StorageCategory> category = std::nullopt)
+{
+    const std::vector<RuleDefinition> rules = builtInRules();
+    return std::count_if(rules.begin(), rules.end(),
+                         [&](const RuleDefinition& rule) { return !category || rule.category == *category; });
+}
 
 RuleDefinition customRule(const QString& id, QStringList patterns = {QStringLiteral("~/.cache/mlx/**")})
 {
@@ -103,7 +123,7 @@ TEST(RuleRegistry, RegisteredRulesPersistAndReadBack)
 {
     TestHome home;
     RuleRegistry registry({.homeURL = home.path()});
-    ASSERT_EQ(registry.allRules().size(), 24u);
+    ASSERT_EQ(registry.allRules().size(), builtInCount());
     EXPECT_EQ(registry.rulesFileURL(), home.path(QStringLiteral(".kestrow/rules.json")));
 
     RuleDefinition claimed = customRule(QStringLiteral("z.claimed"));
@@ -124,7 +144,7 @@ TEST(RuleRegistry, RegisteredRulesPersistAndReadBack)
     EXPECT_FALSE(first.synthesizedBy || first.createdAt);
 
     const QStringList all = ids(registry.allRules());
-    EXPECT_EQ(all.size(), 26);
+    EXPECT_EQ(static_cast<std::size_t>(all.size()), builtInCount() + 2);
     EXPECT_EQ(all.front(), QStringLiteral("a.twice"));
     EXPECT_EQ(all.back(), QStringLiteral("z.claimed"));
 
@@ -150,11 +170,12 @@ TEST(RuleRegistry, EnablingAndRemovingKeepBuiltInsInMemory)
 
     registry.setRuleEnabled(QStringLiteral("sys.user.caches"), false);
     EXPECT_TRUE(registry.matchingRules(cachePath).empty());
-    EXPECT_EQ(registry.activeRules().size(), 23u);
+    EXPECT_EQ(registry.activeRules().size(), builtInCount() - 1);
     EXPECT_TRUE(registry.rules(StorageCategory::systemCaches).empty());
-    EXPECT_EQ(registry.rules(StorageCategory::aiModelWeights).size(), 5u);
+    EXPECT_EQ(registry.rules(StorageCategory::aiModelWeights).size(), builtInCount(StorageCategory::aiModelWeights));
     EXPECT_FALSE(QFile::exists(registry.rulesFileURL())) << "a built-in's switch is not saved";
-    EXPECT_EQ(RuleRegistry({.homeURL = home.path()}).activeRules().size(), 24u) << "nor outlives its registry";
+    EXPECT_EQ(RuleRegistry({.homeURL = home.path()}).activeRules().size(), builtInCount())
+        << "nor outlives its registry";
 
     EXPECT_EQ(failureOf<RuleRegistryError>([&] { registry.setRuleEnabled(QStringLiteral("x"), true); }),
               QStringLiteral("Rule ID 'Rule with ID 'x' not found.' is invalid. It must be non-empty and contain "
@@ -209,7 +230,7 @@ TEST(RuleRegistry, LoadingIsLenientButNeverOverridesBuiltIns)
     EXPECT_TRUE(failureOf<RuleRegistryError>([&] {
                     registry.loadCustomRules();
                 }).startsWith(QStringLiteral("Failed to parse rules.json: ")));
-    EXPECT_EQ(registry.activeRules().size(), 27u) << "built-ins and earlier rules stay in force";
+    EXPECT_EQ(registry.activeRules().size(), builtInCount() + 3) << "built-ins and earlier rules stay in force";
 
     // A file that cannot be read.
     const QString folder = home.makeDirectory(QStringLiteral("folder.json"));

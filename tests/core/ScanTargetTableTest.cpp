@@ -26,7 +26,10 @@ TEST(ScanTargetTable, DerivesTheStagesTheSkippedRulesAndTheSwitchesFromItsRows)
             "ai.whisper.models ai.ollama.models ai.lmstudio.models ai.vllm.weights dev.docker.orphaned_vm "
             "dev.xcode.derived_data dev.xcode.simulator_caches dev.stray.node_modules sys.user.caches sys.user.logs "
             "sys.crash.user_reports sys.mail.downloads sys.browser.safari sys.browser.chrome sys.browser.firefox "
-            "sys.browser.edge sys.browser.arc sys.browser.brave sys.browser.other")
+            "sys.browser.edge sys.browser.arc sys.browser.brave sys.browser.other linux.conda.packages "
+            "linux.rustup.toolchains linux.maven.repository linux.ai.torch_hub linux.ai.gpt4all "
+            "linux.docker.desktop_vm "
+            "linux.docker.rootless linux.podman.storage linux.podman.machine")
             .split(QLatin1Char(' '));
     ids.sort();
     expected.sort();
@@ -41,8 +44,17 @@ TEST(ScanTargetTable, DerivesTheStagesTheSkippedRulesAndTheSwitchesFromItsRows)
     EXPECT_EQ(ScanTargetTable::ownedCategories(ScanTarget::dockerVM),
               std::vector<StorageCategory>{StorageCategory::dockerVM});
     EXPECT_EQ(ScanTargetTable::homeRelativePaths(ScanTarget::uvPython),
-              (QStringList{QStringLiteral(".cache/uv"), QStringLiteral("Library/Caches/uv"),
-                           QStringLiteral(".cache/pip"), QStringLiteral("Library/Caches/pip")}));
+              QStringLiteral(".cache/uv Library/Caches/uv .cache/pip Library/Caches/pip miniconda3/pkgs anaconda3/pkgs "
+                             "miniforge3/pkgs .conda/pkgs")
+                  .split(u' '));
+
+    // The user-caches scan leaves alone every folder of the cache home that a family reports.
+    const QStringList& claimed = ScanTargetTable::claimedCacheNames();
+    for (const char* name : {"uv", "pip", "yarn", "go-build", "JetBrains", "torch", "huggingface", "mozilla",
+                             "google-chrome", "ms-playwright"})
+        EXPECT_TRUE(claimed.contains(QLatin1String(name))) << name;
+    EXPECT_FALSE(claimed.contains(QStringLiteral("thumbnails")));
+    EXPECT_EQ(claimed.size(), QSet<QString>(claimed.begin(), claimed.end()).size());
     EXPECT_EQ(ScanTargetTable::ruleIdPrefixes(ScanTarget::npmBun),
               (QStringList{QStringLiteral("dev.npm."), QStringLiteral("dev.bun."), QStringLiteral("dev.pnpm.")}));
 }

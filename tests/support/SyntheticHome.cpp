@@ -149,7 +149,7 @@ std::shared_ptr<const FileManager> SyntheticHome::fileManager() const
     return std::make_shared<FileManager>();
 }
 
-std::vector<std::string> SyntheticHome::lines(const std::vector<DiscoveredItem>& items) const
+std::vector<std::string> itemLines(const std::vector<DiscoveredItem>& items, const QString& home)
 {
     std::vector<std::string> result;
     for (const DiscoveredItem& item : items) {
@@ -161,7 +161,7 @@ std::vector<std::string> SyntheticHome::lines(const std::vector<DiscoveredItem>&
         if (item.requiresFullDiskAccess)
             flags.append(QStringLiteral("fda"));
         const QString relative =
-            item.path.startsWith(path() + QLatin1Char('/')) ? item.path.mid(path().size() + 1) : item.path;
+            item.path.startsWith(home + QLatin1Char('/')) ? item.path.mid(home.size() + 1) : item.path;
         result.push_back(QStringList{relative, item.category.rawValue(), item.riskTier.rawValue(), item.itemDescription,
                                      item.ruleId.value_or(QStringLiteral("-")),
                                      QStringLiteral("%1 files, %2 B").arg(item.fileCount).arg(item.logicalSizeBytes),

@@ -23,6 +23,11 @@ namespace kestrow::test {
 // "Library/Containers/com.apple.mail/Data/Library" and "Library/Caches/com.apple.Safari"; and
 // "Library/Caches/Vivaldi" refuses too. They are locked with mode 000; where that refuses
 // nothing (root), `fileManager()` refuses them itself.
+// Items as comparable lines, sorted: "path below `home` | CATEGORY | TIER | description |
+// rule id | file count, logical bytes | flags", the flags being "orphaned", "locked" and "fda"
+// (requires Full Disk Access) where set.
+[[nodiscard]] std::vector<std::string> itemLines(const std::vector<DiscoveredItem>& items, const QString& home);
+
 class SyntheticHome : public TestHome {
 public:
     enum class Access { restricted, fullDiskAccess };
@@ -35,10 +40,11 @@ public:
     // The file manager a scan of this home must use for the refusals to bite.
     [[nodiscard]] std::shared_ptr<const FileManager> fileManager() const;
 
-    // Items as comparable lines, sorted: "path below the home | CATEGORY | TIER | description |
-    // rule id | file count, logical bytes | flags", the flags being "orphaned", "locked" and
-    // "fda" (requires Full Disk Access) where set.
-    [[nodiscard]] std::vector<std::string> lines(const std::vector<DiscoveredItem>& items) const;
+    // The items as `itemLines` below this home.
+    [[nodiscard]] std::vector<std::string> lines(const std::vector<DiscoveredItem>& items) const
+    {
+        return itemLines(items, path());
+    }
 
 private:
     QStringList m_refused;

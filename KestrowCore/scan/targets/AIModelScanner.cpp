@@ -80,6 +80,16 @@ void AIModelScanner::scan(TargetScan& scan, const TargetContext& context) const
         scan.emitIfContent(modelLocation(context.home(QLatin1String(relative)),
                                          QStringLiteral("vLLM Model Weights & Kernel Cache"),
                                          QStringLiteral("ai.vllm.weights")));
+
+    if (!context.isLinux())
+        return;
+    const QString torch = QStringLiteral("linux.ai.torch_hub");
+    scan.emitIfContent(
+        modelLocation(context.home(QStringLiteral(".cache/torch/hub")), QStringLiteral("PyTorch Hub Models"), torch));
+    scan.emitIfContent(modelLocation(context.home(QStringLiteral(".cache/torch/sentence_transformers")),
+                                     QStringLiteral("Sentence Transformers Models"), torch));
+    scan.emitIfContent(modelLocation(context.home(QStringLiteral(".local/share/nomic.ai/GPT4All")),
+                                     QStringLiteral("GPT4All Local Models"), QStringLiteral("linux.ai.gpt4all")));
 }
 
 } // namespace kestrow

@@ -38,6 +38,42 @@ void BrowserCacheScanner::scan(TargetScan& scan, const TargetContext& context) c
     scan.emitIfContent(TargetScan::Location::at(
         context.home(QStringLiteral("Library/Caches/Firefox/Profiles")), StorageCategory::browserCaches,
         QStringLiteral("Mozilla Firefox Profile Caches"), "sys.browser.firefox"));
+
+    if (!context.isLinux())
+        return;
+    // The caches only: the profiles in ~/.mozilla and ~/.config/<browser> are the user's.
+    constexpr Browser linuxBrowsers[] = {
+        {"Google Chrome", ".cache/google-chrome", "sys.browser.chrome"},
+        {"Chromium", ".cache/chromium", "sys.browser.other"},
+        {"Brave Browser", ".cache/BraveSoftware", "sys.browser.brave"},
+        {"Microsoft Edge", ".cache/microsoft-edge", "sys.browser.edge"},
+        {"Vivaldi Browser", ".cache/vivaldi", "sys.browser.other"},
+        {"Opera Browser", ".cache/opera", "sys.browser.other"},
+    };
+    for (const Browser& browser : linuxBrowsers)
+        scan.emitIfContent(
+            TargetScan::Location::at(context.home(QLatin1String(browser.folder)), StorageCategory::browserCaches,
+                                     QLatin1String(browser.name) + QStringLiteral(" Cache"), browser.ruleId));
+
+    // Firefox keeps one cache per profile, in the XDG cache folder or in that of its Snap or
+    // Flatpak sandbox.
+    const std::pair<const char*, const char*> firefoxCaches[] = {
+        {".cache/mozilla/firefox", ""},
+        {"snap/firefox/common/.cache/mozilla/firefox", ", Snap"},
+        {".var/app/org.mozilla.firefox/cache/mozilla/firefox", ", Flatpak"},
+    };
+    for (const auto& [folder, sandbox] : firefoxCaches) {
+        const auto whole =
+            TargetScan::Location::at(context.home(QLatin1String(folder)), StorageCategory::browserCaches,
+                                     QStringLiteral("Mozilla Firefox Profile Caches"), "sys.browser.firefox");
+        context.forEntriesOrWhole(scan, whole, [&](const DirectoryEntry& entry, const QString& path) {
+            if (entry.isDirectory)
+                scan.emitIfContent(TargetScan::Location::at(path, StorageCategory::browserCaches,
+                                                            QStringLiteral("Mozilla Firefox Profile Cache (") +
+                                                                entry.name + QLatin1String(sandbox) + QLatin1Char(')'),
+                                                            "sys.browser.firefox"));
+        });
+    }
 }
 
 } // namespace kestrow

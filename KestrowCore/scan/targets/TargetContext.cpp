@@ -6,7 +6,22 @@ namespace kestrow {
 
 QString TargetContext::home(const QString& relative) const
 {
-    return relative.startsWith(QLatin1Char('/')) ? relative : PathText::appending(homeURL, relative);
+    if (relative.startsWith(QLatin1Char('/')))
+        return relative;
+    const std::pair<QLatin1String, const QString*> moved[] = {
+        {QLatin1String(".cache"), &xdg.cacheHome},
+        {QLatin1String(".config"), &xdg.configHome},
+        {QLatin1String(".local/share"), &xdg.dataHome},
+    };
+    for (const auto& [prefix, folder] : moved) {
+        if (folder->isEmpty() || !relative.startsWith(prefix))
+            continue;
+        if (relative.size() == prefix.size())
+            return *folder;
+        if (relative.at(prefix.size()) == QLatin1Char('/'))
+            return PathText::appending(*folder, relative.mid(prefix.size() + 1));
+    }
+    return PathText::appending(homeURL, relative);
 }
 
 void TargetContext::forEntriesOrWhole(

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "platform/FileManager.h"
+#include "platform/HostSystem.h"
+#include "platform/XdgBaseFolders.h"
 #include "scan/TargetScan.h"
 
 #include <QStringList>
@@ -10,16 +12,22 @@
 
 namespace kestrow {
 
-// What a target scanner may know of the machine: the home, where applications and projects
-// live, the file system and the running processes. Fixed for the life of a stage.
+// What a target scanner may know of the machine: the system it runs on, the home and its XDG
+// folders, where applications and projects live, the file system and the running processes.
+// Fixed for the life of a stage.
 struct TargetContext {
     QString homeURL;
     QStringList applicationsURLs;
     QStringList projectRoots;
     std::shared_ptr<const FileManager> fileManager;
     std::function<bool(const QString&)> isProcessRunning;
+    XdgBaseFolders xdg = {}; // empty: the defaults below the home
+    HostSystem hostSystem = currentHostSystem();
 
-    // Paths beginning with "/" stand as they are; others hang on the home.
+    [[nodiscard]] bool isLinux() const { return hostSystem == HostSystem::gnuLinux; }
+
+    // Paths beginning with "/" stand as they are; those below ".cache", ".config" and
+    // ".local/share" hang on the XDG folder they name; others hang on the home.
     [[nodiscard]] QString home(const QString& relative) const;
 
     // If `whole.path` exists, lists it (hidden entries left out when `skipHidden`) and hands
