@@ -1,5 +1,6 @@
 #include "Commands.h"
 
+#include "AppsCommand.h"
 #include "AuditCommand.h"
 #include "CheckCommand.h"
 #include "CleanCommand.h"
@@ -19,6 +20,7 @@ void setupAllCommands(CommandLine& commandLine)
     setupRulesCommand(commandLine);
     setupVitalsCommand(commandLine);
     setupCheckCommand(commandLine);
+    setupAppsCommand(commandLine);
 }
 
 } // namespace kestrow::cli
