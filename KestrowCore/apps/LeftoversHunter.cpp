@@ -66,6 +66,7 @@ public:
 LeftoversHunter::LeftoversHunter(Options options)
     : m_home(options.homeURL.isEmpty() ? ProcessFolders::home() : std::move(options.homeURL))
     , m_fileManager(options.fileManager ? std::move(options.fileManager) : std::make_shared<const FileManager>())
+    , m_appScanner(std::move(options.appScanner))
     , m_appsProvider(std::move(options.appsProvider))
 {
 }
@@ -75,9 +76,13 @@ LeftoversHunter::scanForLeftovers(const std::optional<std::vector<InstalledApp>>
                                   const Progress& progress, std::stop_token stop) const
 {
     throwIfStopped(stop);
-    const std::vector<InstalledApp> apps = installedApps    ? *installedApps
-                                           : m_appsProvider ? m_appsProvider()
-                                                            : std::vector<InstalledApp>();
+    std::vector<InstalledApp> apps;
+    if (installedApps)
+        apps = *installedApps;
+    else if (m_appsProvider)
+        apps = m_appsProvider();
+    else if (m_appScanner)
+        apps = m_appScanner->scanInstalledApps(false, stop);
     const InstalledAppsIndex index(apps);
 
     std::vector<AppLeftover> found;

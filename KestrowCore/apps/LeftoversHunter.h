@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/AppLeftover.h"
+#include "apps/AppScanner.h"
 #include "apps/InstalledApp.h"
 #include "apps/InstalledAppsIndex.h"
 #include "platform/FileManager.h"
@@ -29,7 +30,8 @@ public:
     struct Options {
         QString homeURL; // empty: the user's home
         std::shared_ptr<const FileManager> fileManager;
-        AppsProvider appsProvider; // absent: no application is installed
+        std::shared_ptr<const AppScanner> appScanner; // asked when there is no provider
+        AppsProvider appsProvider;                    // absent: the scanner's list, or none without a scanner
     };
 
     struct Identifier {
@@ -46,7 +48,7 @@ public:
     explicit LeftoversHunter(Options options = {});
 
     // The leftovers in the order the folders are visited. `installedApps` when given, else
-    // the provider's list. Throws CancellationError when `stop` is requested, before any
+    // the provider's, else the scanner's. Throws CancellationError when `stop` is requested, before any
     // result is given, and whatever the provider throws.
     [[nodiscard]] std::vector<AppLeftover>
     scanForLeftovers(const std::optional<std::vector<InstalledApp>>& installedApps, const Progress& progress = {},
@@ -71,6 +73,7 @@ private:
 
     QString m_home;
     std::shared_ptr<const FileManager> m_fileManager;
+    std::shared_ptr<const AppScanner> m_appScanner;
     AppsProvider m_appsProvider;
 };
 
