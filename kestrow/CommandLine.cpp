@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iostream>
 #include <memory>
 #include <unistd.h>
 
@@ -126,6 +127,17 @@ bool standardErrorIsTerminal()
 bool standardInputIsTerminal()
 {
     return ::isatty(STDIN_FILENO) == 1;
+}
+
+bool askYesNo(const QString& question)
+{
+    const QByteArray bytes = question.toUtf8();
+    std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), stderr);
+    std::fflush(stderr);
+    std::string answer;
+    std::getline(std::cin, answer);
+    const QString reply = QString::fromStdString(answer).trimmed().toLower();
+    return reply == QLatin1String("y") || reply == QLatin1String("yes");
 }
 
 } // namespace kestrow::cli

@@ -55,5 +55,8 @@ void printOut(const QByteArray& bytes);
 void printError(const QString& text); // a newline added
 [[nodiscard]] bool standardErrorIsTerminal();
 [[nodiscard]] bool standardInputIsTerminal();
+// Writes `question` to standard error and reads one line of standard input: true for "y" or
+// "yes", in any case.
+[[nodiscard]] bool askYesNo(const QString& question);
 
 } // namespace kestrow::cli

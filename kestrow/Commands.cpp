@@ -1,5 +1,9 @@
 #include "Commands.h"
 
+#include "AppsCommand.h"
+#include "AppsFootprintCommand.h"
+#include "AppsLeftoversCommand.h"
+#include "AppsUninstallCommand.h"
 #include "AuditCommand.h"
 #include "CheckCommand.h"
 #include "CleanCommand.h"
@@ -19,6 +23,10 @@ void setupAllCommands(CommandLine& commandLine)
     setupRulesCommand(commandLine);
     setupVitalsCommand(commandLine);
     setupCheckCommand(commandLine);
+    CLI::App& apps = setupAppsCommand(commandLine);
+    setupAppsFootprintCommand(commandLine, apps);
+    setupAppsUninstallCommand(commandLine, apps);
+    setupAppsLeftoversCommand(commandLine, apps);
 }
 
 } // namespace kestrow::cli

@@ -12,7 +12,6 @@
 #include <QUuid>
 
 #include <algorithm>
-#include <iostream>
 #include <map>
 #include <string>
 
@@ -66,13 +65,7 @@ bool confirmed(const std::vector<DiscoveredItem>& items)
     text +=
         QStringLiteral("\nMove %1 (%2) to the Trash? [y/N] ")
             .arg(countedItems(static_cast<std::int64_t>(items.size())), ByteCountFormatter::format(totalBytes(items)));
-    const QByteArray bytes = text.toUtf8();
-    std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), stderr);
-    std::fflush(stderr);
-    std::string answer;
-    std::getline(std::cin, answer);
-    const QString reply = QString::fromStdString(answer).trimmed().toLower();
-    return reply == QLatin1String("y") || reply == QLatin1String("yes");
+    return askYesNo(text);
 }
 
 int runSweep(const SweepOptions& options)

@@ -46,6 +46,7 @@ FileStatus toStatus(const struct stat& info)
 #if defined(__APPLE__)
     status.accessedNanoseconds = nanoseconds(info.st_atimespec);
     status.modifiedNanoseconds = nanoseconds(info.st_mtimespec);
+    status.fileFlags = static_cast<std::uint32_t>(info.st_flags);
 #else
     status.accessedNanoseconds = nanoseconds(info.st_atim);
     status.modifiedNanoseconds = nanoseconds(info.st_mtim);

@@ -19,8 +19,9 @@ struct FileStatus {
     std::int64_t modifiedNanoseconds = 0;
     std::uint32_t mode = 0; // permission bits, sticky and set-id bits included
     std::uint32_t ownerId = 0;
-    std::uint64_t mountId = 0; // the mount the entry lies on; 0 where the system does not say
-    bool isMountRoot = false;  // the entry is where a file system (or a bind mount) is attached
+    std::uint64_t mountId = 0;   // the mount the entry lies on; 0 where the system does not say
+    bool isMountRoot = false;    // the entry is where a file system (or a bind mount) is attached
+    std::uint32_t fileFlags = 0; // BSD flags (st_flags) where the system keeps them (status()); 0 elsewhere
 
     [[nodiscard]] bool isSameObject(const FileStatus& other) const
     {

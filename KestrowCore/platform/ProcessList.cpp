@@ -2,6 +2,8 @@
 
 #include <QFile>
 
+#include <cstdlib>
+
 #if defined(__APPLE__)
 #include <libproc.h>
 #else
@@ -12,21 +14,21 @@ namespace kestrow {
 
 #if defined(__APPLE__)
 
-QStringList ProcessList::runningProcessNames()
+std::vector<RunningProcess> ProcessList::runningProcesses()
 {
-    QStringList names;
+    std::vector<RunningProcess> processes;
     pid_t pids[4096];
     // The call's result is taken as a byte count: four bytes an entry.
     const int bytes = proc_listallpids(pids, sizeof pids);
     if (bytes < 1)
-        return names;
+        return processes;
     const int count = bytes / 4;
     for (int i = 0; i < count && i < 4096; ++i) {
         char name[1024];
         if (proc_name(pids[i], name, sizeof name) > 0)
-            names.append(QString::fromUtf8(name));
+            processes.push_back({pids[i], QString::fromUtf8(name)});
     }
-    return names;
+    return processes;
 }
 
 #else
@@ -45,12 +47,12 @@ QByteArray readSmallFile(const QString& path)
 
 // /proc/PID/comm holds at most 15 characters; a name cut there is completed from the first
 // argument's last path component, so that "com.docker.backend" is seen whole.
-QStringList ProcessList::runningProcessNames()
+std::vector<RunningProcess> ProcessList::runningProcesses()
 {
-    QStringList names;
+    std::vector<RunningProcess> processes;
     DIR* proc = ::opendir("/proc");
     if (!proc)
-        return names;
+        return processes;
     while (const dirent* entry = ::readdir(proc)) {
         const char* pid = entry->d_name;
         if (pid[0] < '0' || pid[0] > '9')
@@ -66,12 +68,20 @@ QStringList ProcessList::runningProcessNames()
             if (program.startsWith(comm))
                 comm = program;
         }
-        names.append(QString::fromUtf8(comm));
+        processes.push_back({std::strtoll(pid, nullptr, 10), QString::fromUtf8(comm)});
     }
     ::closedir(proc);
-    return names;
+    return processes;
 }
 
 #endif
+
+QStringList ProcessList::runningProcessNames()
+{
+    QStringList names;
+    for (const RunningProcess& process : runningProcesses())
+        names.append(process.name);
+    return names;
+}
 
 } // namespace kestrow

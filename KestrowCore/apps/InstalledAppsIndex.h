@@ -1,0 +1,38 @@
+#pragma once
+
+#include "apps/InstalledApp.h"
+
+#include <QHash>
+#include <QSet>
+#include <QString>
+#include <QUuid>
+
+#include <vector>
+
+namespace kestrow {
+
+// Every way an installed application may be named in the Library, built once per leftovers
+// scan, and the test of whether a name belongs to one of them.
+class InstalledAppsIndex {
+public:
+    explicit InstalledAppsIndex(const std::vector<InstalledApp>& apps);
+
+    // Tests, first true wins: the identifier, the group form, names and identifier parts,
+    // the same without trailing digits, the normalised forms, an identifier of an application
+    // extended or shortened at a ".", and 80 % of the name's tokens in one application's.
+    [[nodiscard]] bool matchesInstalledApp(const QString& identifier) const;
+
+    QSet<QString> exactBundleIDs;
+    QSet<QString> exactDisplayNames;
+    QSet<QString> bundleBasenames;
+    QSet<QString> bundleLastComponents;
+    QSet<QString> normalizedAppTokens;
+    QHash<QString, QSet<QUuid>> tokenToAppIDs;
+    QHash<QString, QSet<QUuid>> reverseDNSPrefixes;
+    std::vector<QSet<QString>> appDiscreteTokenSets;
+
+private:
+    void addLastPart(const QString& identifier);
+};
+
+} // namespace kestrow
