@@ -5,6 +5,7 @@
 #include "CleanCommand.h"
 #include "RulesCommand.h"
 #include "ScanCommand.h"
+#include "StartupCommand.h"
 #include "SweepCommand.h"
 #include "VitalsCommand.h"
 
@@ -19,6 +20,7 @@ void setupAllCommands(CommandLine& commandLine)
     setupRulesCommand(commandLine);
     setupVitalsCommand(commandLine);
     setupCheckCommand(commandLine);
+    setupStartupCommand(commandLine);
 }
 
 } // namespace kestrow::cli
