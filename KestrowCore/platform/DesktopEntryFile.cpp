@@ -33,6 +33,8 @@ bool isValidKey(QStringView key)
 
 std::optional<DesktopEntryFile> DesktopEntryFile::parse(const QByteArray& bytes)
 {
+    // The whole file is decoded once only to refuse one that is not UTF-8; lines are decoded
+    // again one by one below, beside their byte offsets.
     QStringDecoder decoder(QStringDecoder::Utf8);
     const QString validated = decoder.decode(bytes);
     if (decoder.hasError())
