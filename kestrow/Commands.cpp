@@ -9,6 +9,7 @@
 #include "CleanCommand.h"
 #include "RulesCommand.h"
 #include "ScanCommand.h"
+#include "StartupCommand.h"
 #include "SweepCommand.h"
 #include "VitalsCommand.h"
 
@@ -27,6 +28,7 @@ void setupAllCommands(CommandLine& commandLine)
     setupAppsFootprintCommand(commandLine, apps);
     setupAppsUninstallCommand(commandLine, apps);
     setupAppsLeftoversCommand(commandLine, apps);
+    setupStartupCommand(commandLine);
 }
 
 } // namespace kestrow::cli

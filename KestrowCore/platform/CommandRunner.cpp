@@ -27,6 +27,18 @@ QByteArray CommandRunner::run(const ChildCommand& command) const
     return process.readAll();
 }
 
+CommandResult CommandRunner::runWithStatus(const ChildCommand& command) const
+{
+    QProcess process;
+    process.setStandardInputFile(QProcess::nullDevice());
+    process.start(command.executable, command.arguments, QIODevice::ReadOnly);
+    if (!process.waitForStarted(-1))
+        throw ProcessLaunchError(command.executable, process.errorString());
+    process.waitForFinished(-1);
+    const bool exited = process.exitStatus() == QProcess::NormalExit;
+    return {exited ? process.exitCode() : -1, process.readAllStandardOutput(), process.readAllStandardError()};
+}
+
 bool CommandRunner::startDetached(const ChildCommand& command) const
 {
     return QProcess::startDetached(command.executable, command.arguments);

@@ -27,6 +27,13 @@ private:
     QString m_reason;
 };
 
+// How a command that ran ended: its exit status (-1 when it crashed) and its two streams.
+struct CommandResult {
+    int exitStatus = 0;
+    QByteArray standardOutput;
+    QByteArray standardError;
+};
+
 // Runs child processes. Tests replace it to see what would run.
 class CommandRunner {
 public:
@@ -34,6 +41,9 @@ public:
     // Waits for the command to end and gives its standard output and error, merged in one
     // stream. The exit status is not looked at. Throws ProcessLaunchError.
     [[nodiscard]] virtual QByteArray run(const ChildCommand& command) const;
+    // Waits for the command to end, for callers that read its status and its output apart
+    // from its complaints. Throws ProcessLaunchError.
+    [[nodiscard]] virtual CommandResult runWithStatus(const ChildCommand& command) const;
     // Starts the command without waiting for it; false when it could not be launched.
     virtual bool startDetached(const ChildCommand& command) const;
 };

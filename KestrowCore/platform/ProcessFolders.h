@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -14,6 +15,11 @@ public:
     // The working folder, or nothing when it cannot be read (it was removed, or a folder
     // above it refuses).
     [[nodiscard]] static std::optional<QString> workingFolder();
+    // The folders PATH names, in order; the system's default search path when it is not set.
+    [[nodiscard]] static QStringList executableSearchPath();
+    // The system configuration folders of XDG_CONFIG_DIRS, in order of precedence; "/etc/xdg"
+    // when it is not set.
+    [[nodiscard]] static QStringList configDirectories();
 };
 
 } // namespace kestrow
