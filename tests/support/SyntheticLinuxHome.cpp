@@ -81,8 +81,7 @@ constexpr File cacheFiles[] = {
     {".local/share/containers/storage/overlay/abc/diff/file", 44000},
     {".local/share/containers/podman/machine/qemu/podman-machine-default.qcow2", 52000},
 
-    // Logs of the session before the last.
-    {".xsession-errors.old", 3000},
+    // Logs of the X server's run before the last.
     {".local/share/xorg/Xorg.0.log.old", 2500},
 };
 
@@ -104,6 +103,8 @@ constexpr File decoyFiles[] = {
     {".conda/environments.txt", 50},
     {".local/share/xorg/Xorg.0.log", 2000},
     {".xsession-errors", 1000},
+    // Right in the home: never removable, so never offered.
+    {".xsession-errors.old", 3000},
 };
 
 } // namespace

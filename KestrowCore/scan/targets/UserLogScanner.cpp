@@ -23,17 +23,16 @@ void UserLogScanner::scan(TargetScan& scan, const TargetContext& context) const
     if (!context.isLinux())
         return;
 
-    // The X session's logs of the run before the last; the current ones are still written to.
-    const auto emitLog = [&](const QString& path, const QString& name) {
-        scan.emitIfContent(
-            TargetScan::Location::at(path, StorageCategory::systemLogs, name + QStringLiteral(" Log Data"), ruleId));
-    };
-    emitLog(context.home(QStringLiteral(".xsession-errors.old")), QStringLiteral(".xsession-errors.old"));
+    // The X server's logs of the run before the last; the current ones are still written to. The
+    // session's own "~/.xsession-errors.old" lies right in the home, where nothing may be removed,
+    // so it is not offered.
     const QString xorg = context.home(QStringLiteral(".local/share/xorg"));
     for (const DirectoryEntry& entry : context.fileManager->contentsOfDirectory(xorg, false).entries) {
         scan.checkCancellation();
         if (!entry.isDirectory && entry.name.endsWith(QLatin1String(".log.old")))
-            emitLog(PathText::appending(xorg, entry.name), entry.name);
+            scan.emitIfContent(TargetScan::Location::at(PathText::appending(xorg, entry.name),
+                                                        StorageCategory::systemLogs,
+                                                        entry.name + QStringLiteral(" Log Data"), ruleId));
     }
 }
 
