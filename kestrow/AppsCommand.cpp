@@ -93,7 +93,9 @@ void addAppsLocationOptions(CLI::App* command, AppsLocationOptions& options)
         ->add_option("--applications", options.applications,
                      "Look for applications in this folder instead of /Applications and ~/Applications "
                      "(repeatable)")
-        ->type_name("DIR");
+        ->type_name("DIR")
+        // One folder per occurrence, so that a name after it is not taken for another folder.
+        ->allow_extra_args(false);
 }
 
 AppScanner appScanner(const AppsLocationOptions& options)
