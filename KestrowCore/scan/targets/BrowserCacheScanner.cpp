@@ -62,15 +62,16 @@ void BrowserCacheScanner::scan(TargetScan& scan, const TargetContext& context) c
         {"snap/firefox/common/.cache/mozilla/firefox", ", Snap"},
         {".var/app/org.mozilla.firefox/cache/mozilla/firefox", ", Flatpak"},
     };
-    for (const auto& [folder, sandbox] : firefoxCaches) {
+    for (const auto& cache : firefoxCaches) {
+        const QLatin1String sandbox(cache.second);
         const auto whole =
-            TargetScan::Location::at(context.home(QLatin1String(folder)), StorageCategory::browserCaches,
+            TargetScan::Location::at(context.home(QLatin1String(cache.first)), StorageCategory::browserCaches,
                                      QStringLiteral("Mozilla Firefox Profile Caches"), "sys.browser.firefox");
         context.forEntriesOrWhole(scan, whole, [&](const DirectoryEntry& entry, const QString& path) {
             if (entry.isDirectory)
                 scan.emitIfContent(TargetScan::Location::at(path, StorageCategory::browserCaches,
                                                             QStringLiteral("Mozilla Firefox Profile Cache (") +
-                                                                entry.name + QLatin1String(sandbox) + QLatin1Char(')'),
+                                                                entry.name + sandbox + QLatin1Char(')'),
                                                             "sys.browser.firefox"));
         });
     }
