@@ -6,7 +6,6 @@
 #include "platform/TrashLocation.h"
 
 #include <QRandomGenerator>
-#include <QtGlobal>
 
 #include <algorithm>
 #include <cerrno>

@@ -76,10 +76,10 @@ std::optional<TrashFolder> TrashFolder::open(const FileManager& fileManager, con
     const qsizetype slash = location.path.lastIndexOf('/');
     if (slash < 0)
         return std::nullopt;
-    // The folders above the Trash may be reached through links (a user's choice of data home);
-    // the Trash and its two folders may not.
-    const UniqueFd above(
-        calls.openAt(AT_FDCWD, slash == 0 ? "/" : location.path.left(slash).constData(), O_RDONLY | O_DIRECTORY));
+    // The folders above the home Trash may be reached through links (a user's choice of data
+    // home); a shared $topdir/.Trash may not, nor the Trash and its two folders.
+    const int aboveFlags = location.topPath.isEmpty() ? O_RDONLY | O_DIRECTORY : folderFlags;
+    const UniqueFd above(calls.openAt(AT_FDCWD, slash == 0 ? "/" : location.path.left(slash).constData(), aboveFlags));
     if (!above.isOpen())
         return std::nullopt;
     const UniqueFd trash = openOwnFolder(calls, above.get(), location.path.mid(slash + 1).constData());
