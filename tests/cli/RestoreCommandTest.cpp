@@ -1,6 +1,8 @@
 #include "KestrowProcess.h"
 #include "TestHome.h"
+#include "TrashNote.h"
 
+#include "cleanup/TrashLedger.h"
 #include "platform/FileManager.h"
 
 #include <QDir>
@@ -113,6 +115,12 @@ TEST(TrashCommand, ListsKestrowsRunsAndEmptiesThemWithoutTouchingOtherProgramsIt
     ASSERT_TRUE(kestrow::FileManager()
                     .trashItem(home.writeFile(QStringLiteral(".cache/theirs"), QByteArray("theirs")))
                     .succeeded);
+
+    // The line a run on a terminal ends with counts only Kestrow's part.
+    const auto log = std::make_shared<kestrow::AuditLogger>(kestrow::AuditLogger::Options{.homeURL = home.path()});
+    EXPECT_EQ(
+        kestrow::cli::trashNoteText(kestrow::TrashLedger({.auditLogger = log}).read()),
+        QStringLiteral("The Trash now holds 8 KB from Kestrow's runs; `kestrow trash empty` frees it for good.\n"));
 
     const KestrowRun list = runIn(home, {QStringLiteral("trash"), QStringLiteral("list")});
     EXPECT_EQ(list.exitCode, 0);
