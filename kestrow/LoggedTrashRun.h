@@ -11,9 +11,10 @@
 
 namespace kestrow::cli {
 
-// A cleaning run of a command, recorded in the audit log of its home. The log is asked first
-// whether it can take a line, so that a run that could not be recorded is refused before
-// anything moves; a line that the log still fails to take after the run fails the command.
+// A run of a command that moves or deletes (a clean, a restore, an emptying of the Trash),
+// recorded in the audit log of its home. The log is asked first whether it can take a line,
+// so that a run that could not be recorded is refused before anything moves; a line that the
+// log still fails to take after the run fails the command.
 class LoggedTrashRun {
 public:
     // `logFileManager` is how the log is reached; absent: the real disk.
@@ -41,7 +42,7 @@ public:
 private:
     QString m_home;
     std::shared_ptr<AuditLogger> m_log;
-    mutable std::optional<AuditLoggerError> m_failure; // of the run's line, set by the pipeline
+    mutable std::optional<AuditLoggerError> m_failure; // of the run's line, set by the service that wrote it
     TrashPipeline m_pipeline;
 };
 
