@@ -3,6 +3,7 @@
 #include "AppLookup.h"
 #include "AppsFootprintCommand.h"
 #include "LoggedTrashRun.h"
+#include "TrashNote.h"
 
 #include "apps/AppUninstaller.h"
 #include "support/ByteCountFormatter.h"
@@ -75,6 +76,11 @@ int runUninstall(const UninstallCommandOptions& options)
     const bool anyFailed =
         std::any_of(summary.records.begin(), summary.records.end(),
                     [](const TrashItemRecord& record) { return record.status == TrashItemStatus::failed; });
+    const bool anyMoved =
+        std::any_of(summary.records.begin(), summary.records.end(),
+                    [](const TrashItemRecord& record) { return record.status == TrashItemStatus::success; });
+    if (!options.json && !summary.dryRun && anyMoved)
+        printTrashNote(home);
     return anyFailed ? exitFailure : exitSuccess;
 }
 

@@ -54,6 +54,7 @@ void printOut(const QString& text);
 void printOut(const QByteArray& bytes);
 void printError(const QString& text); // a newline added
 [[nodiscard]] bool standardErrorIsTerminal();
+[[nodiscard]] bool standardOutputIsTerminal();
 [[nodiscard]] bool standardInputIsTerminal();
 // Writes `question` to standard error and reads one line of standard input: true for "y" or
 // "yes", in any case.

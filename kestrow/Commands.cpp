@@ -7,10 +7,13 @@
 #include "AuditCommand.h"
 #include "CheckCommand.h"
 #include "CleanCommand.h"
+#include "RestoreCommand.h"
 #include "RulesCommand.h"
 #include "ScanCommand.h"
 #include "StartupCommand.h"
 #include "SweepCommand.h"
+#include "TrashCommand.h"
+#include "TrashEmptyCommand.h"
 #include "VitalsCommand.h"
 
 namespace kestrow::cli {
@@ -20,6 +23,9 @@ void setupAllCommands(CommandLine& commandLine)
     setupScanCommand(commandLine);
     setupCleanCommand(commandLine);
     setupSweepCommand(commandLine);
+    setupRestoreCommand(commandLine);
+    CLI::App& trash = setupTrashCommand(commandLine);
+    setupTrashEmptyCommand(commandLine, trash);
     setupAuditCommand(commandLine);
     setupRulesCommand(commandLine);
     setupVitalsCommand(commandLine);

@@ -1,6 +1,7 @@
 #include "LoggedTrashRun.h"
 
 #include "CommandLine.h"
+#include "TrashNote.h"
 #include "TrashRunOutput.h"
 
 #include "platform/NativePath.h"
@@ -39,29 +40,41 @@ QString remedy(AuditLoggerError::Case kind)
 } // namespace
 
 LoggedTrashRun::LoggedTrashRun(const QString& home, std::shared_ptr<const FileManager> logFileManager)
-    : m_log(std::make_shared<AuditLogger>(
+    : m_home(home)
+    , m_log(std::make_shared<AuditLogger>(
           AuditLogger::Options{.homeURL = home, .fileManager = std::move(logFileManager)}))
-    , m_pipeline({.auditLogger = m_log, .homeURL = home, .onAuditFailure = [this](const AuditLoggerError& error) {
-                      m_failure = error;
-                  }})
+    , m_pipeline({.auditLogger = m_log, .homeURL = home, .onAuditFailure = auditFailureHandler()})
 {
 }
 
-bool LoggedTrashRun::logCanTakeALine() const
+bool LoggedTrashRun::logCanTakeALine(const QString& nothingDone) const
 {
     try {
         m_log->checkWritable();
         return true;
     } catch (const AuditLoggerError& error) {
-        printError(QStringLiteral("kestrow: the audit log %1 cannot take a line: %2. Nothing was cleaned. %3")
-                       .arg(NativePath::displayText(m_log->logFileURL()), sentence(error), remedy(error.kind())));
+        printError(
+            QStringLiteral("kestrow: the audit log %1 cannot take a line: %2. %3 %4")
+                .arg(NativePath::displayText(m_log->logFileURL()), sentence(error), nothingDone, remedy(error.kind())));
         return false;
     }
+}
+
+std::function<void(const AuditLoggerError&)> LoggedTrashRun::auditFailureHandler() const
+{
+    return [this](const AuditLoggerError& error) { m_failure = error; };
 }
 
 int LoggedTrashRun::report(const TrashSummary& summary, bool json) const
 {
     const int status = reportTrashRun(summary, json);
+    if (!json && !summary.isDryRun() && !summary.isPermanentPurge() && summary.successCount() > 0 && !m_failure)
+        printTrashNote(m_home);
+    return finish(status);
+}
+
+int LoggedTrashRun::finish(int status) const
+{
     if (!m_failure)
         return status;
     printError(QStringLiteral("kestrow: this run could not be recorded in the audit log %1: %2. What the run did "

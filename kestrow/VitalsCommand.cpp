@@ -1,5 +1,6 @@
 #include "VitalsCommand.h"
 
+#include "cleanup/TrashLedger.h"
 #include "support/ByteCountFormatter.h"
 #include "support/JsonWriter.h"
 #include "system/VitalsMonitor.h"
@@ -16,6 +17,7 @@ namespace kestrow::cli {
 namespace {
 
 struct VitalsOptions {
+    std::string home;
     bool json = false;
     std::optional<double> watchSeconds;
 };
@@ -37,7 +39,26 @@ QString timeLeft(std::int64_t minutes)
     return QStringLiteral("%1 h %2 min left").arg(minutes / 60).arg(minutes % 60);
 }
 
-QString readable(const SystemVitals& vitals)
+// What waits in the Trash, beside the disk's free space: it is freed only when the Trash is
+// emptied. Left out when the audit log, which tells Kestrow's part, cannot be read.
+QString trashLine(const QString& home)
+{
+    TrashHoldings holdings;
+    try {
+        holdings =
+            TrashLedger({.auditLogger = std::make_shared<AuditLogger>(AuditLogger::Options{.homeURL = home})}).read();
+    } catch (const AuditLoggerError&) {
+        return {};
+    }
+    const std::int64_t total = holdings.allocatedBytes() + holdings.foreignBytes;
+    QString line = QStringLiteral("Trash    %1 waiting to be emptied").arg(bytes(total));
+    if (holdings.itemsCount() > 0)
+        line += QStringLiteral(", %1 of it from Kestrow's runs (`kestrow trash empty` frees that)")
+                    .arg(bytes(holdings.allocatedBytes()));
+    return line + QLatin1Char('\n');
+}
+
+QString readable(const SystemVitals& vitals, const QString& home)
 {
     const CPUMetrics& cpu = vitals.cpu;
     const MemoryMetrics& memory = vitals.memory;
@@ -56,6 +77,7 @@ QString readable(const SystemVitals& vitals)
                     percent(disk.usedPercentage));
     if (disk.purgeableBytes > 0)
         out += QStringLiteral("         %1 available with purgeable space\n").arg(disk.formattedAvailableBytes());
+    out += trashLine(home);
     if (const auto& battery = vitals.battery) {
         QString state = battery->isCharging
                             ? QStringLiteral("charging")
@@ -72,13 +94,14 @@ int runVitals(const VitalsOptions& options)
 {
     if (options.watchSeconds && !(*options.watchSeconds > 0))
         throw UsageError("--watch must be a number of seconds above zero, e.g. --watch 2.");
+    const QString home = resolveHome(options.home);
     const VitalsMonitor monitor;
     if (!options.watchSeconds) {
         const SystemVitals vitals = monitor.getSystemVitals();
         if (options.json)
             printOut(JsonWriter::write(vitals.toJson(DateEncoding::iso8601), {.pretty = true}) + '\n');
         else
-            printOut(readable(vitals));
+            printOut(readable(vitals, home));
         return exitSuccess;
     }
 
@@ -91,7 +114,7 @@ int runVitals(const VitalsOptions& options)
         if (options.json) {
             printOut(JsonWriter::compact(vitals.toJson(DateEncoding::iso8601)) + '\n');
         } else {
-            const QString text = readable(vitals);
+            const QString text = readable(vitals, home);
             if (inPlace && linesShown > 0)
                 printOut(QStringLiteral("\x1b[%1A\x1b[J").arg(linesShown));
             printOut(inPlace ? text : text + QLatin1Char('\n'));
@@ -109,8 +132,9 @@ void setupVitalsCommand(CommandLine& commandLine)
     auto options = std::make_shared<VitalsOptions>();
     CLI::App* command = commandLine.app().add_subcommand(
         "vitals", "Show processor load, memory and its pressure, the root disk, the battery (when there is one) "
-                  "and the thermal state.");
+                  "and the thermal state; beside the disk, what waits in the Trash.");
     addJsonFlag(command, options->json);
+    addHomeOption(command, options->home);
     command
         ->add_option("--watch", options->watchSeconds,
                      "Take a new sample every this many seconds until interrupted; with --json, one JSON "

@@ -9,7 +9,8 @@
 namespace kestrow {
 
 // What kind of run an audit line records. The text is the form in the line and in the hash.
-// The pipeline writes dryRun, trash and purge; scan and restore are read but never written.
+// The pipeline writes dryRun, trash and purge, the restorer restore; scan is read but never
+// written.
 enum class AuditOperationTypeValue { scan, dryRun, trash, purge, restore };
 
 class AuditOperationType : public EnumValue<AuditOperationType, AuditOperationTypeValue, 5> {

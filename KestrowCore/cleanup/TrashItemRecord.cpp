@@ -5,6 +5,22 @@
 
 namespace kestrow {
 
+TrashItemRecord TrashItemRecord::measured(const QString& sourcePath, const MeasuredMetrics& metrics,
+                                          TrashItemStatus status, std::optional<QString> trashPath,
+                                          std::optional<QString> errorMessage)
+{
+    return TrashItemRecord{
+        .id = QUuid::createUuid(),
+        .sourcePath = sourcePath,
+        .trashPath = std::move(trashPath),
+        .allocatedBytes = metrics.allocatedBytes,
+        .logicalBytes = metrics.logicalBytes == 0 ? metrics.allocatedBytes : metrics.logicalBytes,
+        .fileCount = metrics.fileCount,
+        .status = status,
+        .errorMessage = std::move(errorMessage),
+    };
+}
+
 QString TrashItemRecord::sourceURL() const
 {
     return PathText::fileURLString(sourcePath);

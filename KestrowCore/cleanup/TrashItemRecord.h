@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cleanup/TrashItemStatus.h"
+#include "storage/MeasuredMetrics.h"
 #include "support/JsonValue.h"
 
 #include <QString>
@@ -22,6 +23,13 @@ struct TrashItemRecord {
     std::int64_t fileCount = 0;
     TrashItemStatus status = TrashItemStatus::failed;
     std::optional<QString> errorMessage;
+
+    // A record with a new id and the measured sizes; a logical size of nothing becomes the
+    // allocated size, so that no record shows nothing for something that holds space.
+    [[nodiscard]] static TrashItemRecord measured(const QString& sourcePath, const MeasuredMetrics& metrics,
+                                                  TrashItemStatus status,
+                                                  std::optional<QString> trashPath = std::nullopt,
+                                                  std::optional<QString> errorMessage = std::nullopt);
 
     [[nodiscard]] QString sourceURL() const;
     [[nodiscard]] std::optional<QString> trashURL() const;

@@ -1,5 +1,8 @@
 #include "cleanup/TrashPipeline.h"
 
+#include "cleanup/AnchoredItemMeasurer.h"
+#include "platform/TrashFolder.h"
+
 #include "platform/SystemMessage.h"
 
 #include "platform/LinkResolver.h"
@@ -15,72 +18,6 @@
 
 namespace kestrow {
 
-namespace {
-
-// Every regular file below the root, each name counted: no hard-link bookkeeping here.
-class CountingSink : public WalkSink {
-public:
-    explicit CountingSink(const QString& root)
-        : m_root(root)
-    {
-    }
-
-    void regularFile(const FileStatus& status) override
-    {
-        ++fileCount;
-        allocatedBytes += status.allocatedSize;
-        logicalBytes += status.size;
-    }
-
-    void unreadableDirectory(const QString& path, int) override
-    {
-        if (path == m_root)
-            rootUnreadable = true;
-    }
-
-    void mountPoint(const QString& path) override { mountPoints.append(path); }
-
-    [[nodiscard]] std::unique_ptr<WalkSink> split() const override { return std::make_unique<CountingSink>(m_root); }
-
-    void join(WalkSink& part) override
-    {
-        const auto& other = static_cast<const CountingSink&>(part);
-        allocatedBytes += other.allocatedBytes;
-        logicalBytes += other.logicalBytes;
-        fileCount += other.fileCount;
-        rootUnreadable = rootUnreadable || other.rootUnreadable;
-        mountPoints.append(other.mountPoints);
-    }
-
-    std::int64_t allocatedBytes = 0;
-    std::int64_t logicalBytes = 0;
-    std::int64_t fileCount = 0;
-    bool rootUnreadable = false;
-    QStringList mountPoints;
-
-private:
-    const QString& m_root;
-};
-
-TrashItemRecord makeRecord(const QString& path, const MeasuredMetrics& metrics, TrashItemStatus status,
-                           std::optional<QString> trashPath = std::nullopt,
-                           std::optional<QString> errorMessage = std::nullopt)
-{
-    return TrashItemRecord{
-        .id = QUuid::createUuid(),
-        .sourcePath = path,
-        .trashPath = std::move(trashPath),
-        .allocatedBytes = metrics.allocatedBytes,
-        // A record never shows a logical size of nothing for something that holds space.
-        .logicalBytes = metrics.logicalBytes == 0 ? metrics.allocatedBytes : metrics.logicalBytes,
-        .fileCount = metrics.fileCount,
-        .status = status,
-        .errorMessage = std::move(errorMessage),
-    };
-}
-
-} // namespace
-
 TrashPipeline::TrashPipeline(Options options)
     : m_fileManager(options.fileManager ? std::move(options.fileManager) : std::make_shared<FileManager>())
     , m_auditLogger(std::move(options.auditLogger))
@@ -93,7 +30,9 @@ TrashSummary TrashPipeline::trash(const QStringList& urls, bool dryRun, const QS
 {
     if (urls.isEmpty())
         throw TrashPipelineError::emptyTargetList();
-    return run(urls, dryRun, false, client);
+    return run(
+        urls.size(), [&](qsizetype i) { return processItem(urls[i], dryRun, false); },
+        dryRun ? AuditOperationType::dryRun : AuditOperationType::trash, client);
 }
 
 TrashSummary TrashPipeline::purgePermanently(const QStringList& urls, bool confirmed, const QString& client) const
@@ -102,17 +41,33 @@ TrashSummary TrashPipeline::purgePermanently(const QStringList& urls, bool confi
         throw TrashPipelineError::unconfirmedPermanentPurge();
     if (urls.isEmpty())
         throw TrashPipelineError::emptyTargetList();
-    return run(urls, false, true, client);
+    return run(
+        urls.size(), [&](qsizetype i) { return processItem(urls[i], false, true); }, AuditOperationType::purge, client);
 }
 
-TrashSummary TrashPipeline::run(const QStringList& urls, bool dryRun, bool permanentPurge, const QString& client) const
+TrashSummary TrashPipeline::purgeTrashEntries(const std::vector<TrashEntry>& entries, bool confirmed,
+                                              const QString& client) const
 {
+    if (!confirmed)
+        throw TrashPipelineError::unconfirmedPermanentPurge();
+    if (entries.empty())
+        throw TrashPipelineError::emptyTargetList();
+    return run(
+        static_cast<qsizetype>(entries.size()), [&](qsizetype i) { return processTrashEntry(entries[i]); },
+        AuditOperationType::purge, client);
+}
+
+TrashSummary TrashPipeline::run(qsizetype count, const std::function<TrashItemRecord(qsizetype)>& process,
+                                AuditOperationType type, const QString& client) const
+{
+    const bool dryRun = type == AuditOperationType::dryRun;
+    const bool permanentPurge = type == AuditOperationType::purge;
     const QDateTime startedAt = QDateTime::currentDateTimeUtc();
     const QUuid operationId = QUuid::createUuid();
     std::vector<TrashItemRecord> records;
-    records.reserve(static_cast<size_t>(urls.size()));
-    for (const QString& url : urls)
-        records.push_back(processItem(url, dryRun, permanentPurge));
+    records.reserve(static_cast<size_t>(count));
+    for (qsizetype i = 0; i < count; ++i)
+        records.push_back(process(i));
     TrashSummary summary(operationId, dryRun, permanentPurge, std::move(records), startedAt,
                          QDateTime::currentDateTimeUtc());
 
@@ -122,9 +77,6 @@ TrashSummary TrashPipeline::run(const QStringList& urls, bool dryRun, bool perma
             if (record.status.countsAsFreed())
                 freedPaths.append(record.sourcePath);
         }
-        const AuditOperationType type = permanentPurge ? AuditOperationType::purge
-                                        : dryRun       ? AuditOperationType::dryRun
-                                                       : AuditOperationType::trash;
         try {
             m_auditLogger->record(operationId, type, summary.successCount(), summary.totalAllocatedBytesFreed(),
                                   freedPaths, client, summary.durationSeconds() * 1000.0,
@@ -143,12 +95,12 @@ TrashItemRecord TrashPipeline::processItem(const QString& path, bool dryRun, boo
     try {
         SandboxValidator::validate(path, m_homeURL, m_fileManager->systemCalls());
     } catch (const SandboxSecurityError& error) {
-        return makeRecord(path, {.fileCount = 1}, TrashItemStatus::failed, std::nullopt,
-                          QStringLiteral("Sandbox violation: ") + error.description());
+        return TrashItemRecord::measured(path, {.fileCount = 1}, TrashItemStatus::failed, std::nullopt,
+                                         QStringLiteral("Sandbox violation: ") + error.description());
     }
     if (!m_fileManager->fileExists(path)) {
-        return makeRecord(path, {.fileCount = 1}, TrashItemStatus::failed, std::nullopt,
-                          QStringLiteral("File does not exist: ") + path);
+        return TrashItemRecord::measured(path, {.fileCount = 1}, TrashItemStatus::failed, std::nullopt,
+                                         QStringLiteral("File does not exist: ") + path);
     }
 
     // From here on the item is reached through its parent's descriptor: whatever is done to
@@ -158,46 +110,80 @@ TrashItemRecord TrashPipeline::processItem(const QString& path, bool dryRun, boo
         try {
             SandboxValidator::validate(actingPath, m_homeURL, m_fileManager->systemCalls());
         } catch (const SandboxSecurityError& error) {
-            return makeRecord(path, {.fileCount = 1}, TrashItemStatus::failed, std::nullopt,
-                              QStringLiteral("Sandbox violation: ") + error.description());
+            return TrashItemRecord::measured(path, {.fileCount = 1}, TrashItemStatus::failed, std::nullopt,
+                                             QStringLiteral("Sandbox violation: ") + error.description());
         }
     }
     AnchorOutcome anchored = m_fileManager->anchor(actingPath);
     if (!anchored.item) {
         if (anchored.errorCode == ENOENT)
-            return makeRecord(path, {.fileCount = 1}, TrashItemStatus::failed, std::nullopt,
-                              QStringLiteral("File does not exist: ") + path);
-        return makeRecord(path, {.fileCount = 1}, TrashItemStatus::failed, std::nullopt,
-                          QStringLiteral("Could not open the folder holding \u201c%1\u201d: %2")
-                              .arg(path, SystemMessage::of(anchored.errorCode)));
+            return TrashItemRecord::measured(path, {.fileCount = 1}, TrashItemStatus::failed, std::nullopt,
+                                             QStringLiteral("File does not exist: ") + path);
+        return TrashItemRecord::measured(path, {.fileCount = 1}, TrashItemStatus::failed, std::nullopt,
+                                         QStringLiteral("Could not open the folder holding \u201c%1\u201d: %2")
+                                             .arg(path, SystemMessage::of(anchored.errorCode)));
     }
     const AnchoredItem& item = *anchored.item;
 
     // Measured first: once moved, nothing is left here to measure.
-    const ItemMeasure measure = measureAnchored(item);
+    const AnchoredItemMeasure measure = AnchoredItemMeasurer::measure(*m_fileManager, item);
     if (!measure.mountPoints.isEmpty()) {
-        return makeRecord(path, measure.metrics, TrashItemStatus::failed, std::nullopt,
-                          QStringLiteral("\u201c%1\u201d holds a mount point at \u201c%2\u201d; nothing was moved.")
-                              .arg(path, measure.mountPoints.first()));
+        return TrashItemRecord::measured(
+            path, measure.metrics, TrashItemStatus::failed, std::nullopt,
+            QStringLiteral("\u201c%1\u201d holds a mount point at \u201c%2\u201d; nothing was moved.")
+                .arg(path, measure.mountPoints.first()));
     }
     if (dryRun)
-        return makeRecord(path, measure.metrics, TrashItemStatus::simulated);
+        return TrashItemRecord::measured(path, measure.metrics, TrashItemStatus::simulated);
     const FileOperationResult outcome =
         permanentPurge ? m_fileManager->removeItem(item) : m_fileManager->trashItem(item);
     if (!outcome.succeeded)
-        return makeRecord(path, measure.metrics, TrashItemStatus::failed, std::nullopt, outcome.errorDescription);
-    return makeRecord(path, measure.metrics, TrashItemStatus::success,
-                      permanentPurge ? std::nullopt : outcome.resultingPath);
+        return TrashItemRecord::measured(path, measure.metrics, TrashItemStatus::failed, std::nullopt,
+                                         outcome.errorDescription);
+    return TrashItemRecord::measured(path, measure.metrics, TrashItemStatus::success,
+                                     permanentPurge ? std::nullopt : outcome.resultingPath);
+}
+
+TrashItemRecord TrashPipeline::processTrashEntry(const TrashEntry& entry) const
+{
+    const QString path = entry.filePath();
+    const std::optional<TrashFolder> trash = TrashFolder::open(*m_fileManager, entry.folder);
+    const AnchorOutcome anchored = trash ? trash->anchor(entry) : AnchorOutcome{std::nullopt, ENOENT};
+    if (!anchored.item)
+        return TrashItemRecord::measured(
+            path, {.fileCount = 1}, TrashItemStatus::failed, std::nullopt,
+            anchored.errorCode == ESTALE
+                ? QStringLiteral("\u201c%1\u201d changed after it was listed; nothing was removed.").arg(path)
+                : QStringLiteral("\u201c%1\u201d is no longer in the Trash: %2")
+                      .arg(path, SystemMessage::of(anchored.errorCode)));
+    const AnchoredItemMeasure measure = AnchoredItemMeasurer::measure(*m_fileManager, *anchored.item);
+    if (!measure.mountPoints.isEmpty())
+        return TrashItemRecord::measured(
+            path, measure.metrics, TrashItemStatus::failed, std::nullopt,
+            QStringLiteral("\u201c%1\u201d holds a mount point at \u201c%2\u201d; nothing was removed.")
+                .arg(path, measure.mountPoints.first()));
+    const FileOperationResult outcome = trash->erase(*anchored.item, entry);
+    if (!outcome.succeeded)
+        return TrashItemRecord::measured(path, measure.metrics, TrashItemStatus::failed, std::nullopt,
+                                         outcome.errorDescription);
+    return TrashItemRecord::measured(
+        path, measure.metrics, TrashItemStatus::success, std::nullopt,
+        outcome.errorDescription.isEmpty() ? std::nullopt : std::optional<QString>(outcome.errorDescription));
 }
 
 QString TrashPipeline::pathActedOn(const QString& path) const
+{
+    return pathActedOn(path, m_fileManager->systemCalls());
+}
+
+QString TrashPipeline::pathActedOn(const QString& path, const SystemCalls& systemCalls)
 {
     // The folders above the item resolved, the item itself not: "link/" and "link" both name
     // the link. Where a folder on the way cannot be examined the text stays as it is, and
     // anchoring, which follows no link, fails on it.
     const QString location = PathText::standardizedLocation(path);
-    const QString folder = PathText::removingDotComponents(
-        LinkResolver(m_fileManager->systemCalls()).resolvingSymbolicLinks(PathText::parent(location)));
+    const QString folder =
+        PathText::removingDotComponents(LinkResolver(systemCalls).resolvingSymbolicLinks(PathText::parent(location)));
     return PathText::appending(folder, PathText::lastComponent(location));
 }
 
@@ -208,28 +194,7 @@ MeasuredMetrics TrashPipeline::computeItemMetrics(const QString& path) const
     const AnchorOutcome anchored = m_fileManager->anchor(pathActedOn(path));
     if (!anchored.item)
         return {.fileCount = 1};
-    return measureAnchored(*anchored.item).metrics;
-}
-
-TrashPipeline::ItemMeasure TrashPipeline::measureAnchored(const AnchoredItem& item) const
-{
-    // A link is measured as itself, as it is what moves; so is any other non-folder.
-    if (!item.status.isDirectory()) {
-        return {
-            .metrics = {.allocatedBytes = item.status.allocatedSize, .logicalBytes = item.status.size, .fileCount = 1}};
-    }
-    CountingSink sink(item.path);
-    m_fileManager->walk(item, sink, {}, WalkOptions::allProcessors());
-    // In path order, whichever thread met which.
-    sink.mountPoints.sort();
-    ItemMeasure measure{.mountPoints = sink.mountPoints};
-    if (sink.rootUnreadable && sink.fileCount == 0)
-        measure.metrics = {.fileCount = 1};
-    else
-        measure.metrics = {.allocatedBytes = sink.allocatedBytes,
-                           .logicalBytes = sink.logicalBytes,
-                           .fileCount = std::max<std::int64_t>(sink.fileCount, 1)};
-    return measure;
+    return AnchoredItemMeasurer::measure(*m_fileManager, *anchored.item).metrics;
 }
 
 } // namespace kestrow

@@ -5,6 +5,7 @@
 #include "cleanup/TrashPipelineError.h"
 #include "cleanup/TrashSummary.h"
 #include "platform/FileManager.h"
+#include "platform/TrashEntry.h"
 #include "storage/MeasuredMetrics.h"
 
 #include <QString>
@@ -38,6 +39,12 @@ public:
     // Deletes every path for good. Throws unconfirmedPermanentPurge unless `confirmed`, then
     // emptyTargetList. There is no dry form.
     TrashSummary purgePermanently(const QStringList& urls, bool confirmed, const QString& client) const;
+    // Empties the given entries out of the Trash for good, each with its record, as a purge:
+    // the item is reached through its open Trash folder (the sandbox, which guards the Trash
+    // itself, has no say here), must still be the entry that was listed, and is removed
+    // without crossing a mount. Records name the items by their place in the Trash. Throws as
+    // purgePermanently does.
+    TrashSummary purgeTrashEntries(const std::vector<TrashEntry>& entries, bool confirmed, const QString& client) const;
 
     // One path from sandbox check to outcome. Never throws.
     [[nodiscard]] TrashItemRecord processItem(const QString& path, bool dryRun, bool permanentPurge) const;
@@ -47,16 +54,16 @@ public:
     // measures 0 files, an empty folder 1.
     [[nodiscard]] MeasuredMetrics computeItemMetrics(const QString& path) const;
 
-private:
-    struct ItemMeasure {
-        MeasuredMetrics metrics;
-        QStringList mountPoints; // below the item: it must not move or go with them
-    };
+    // The absolute path of the object an operation on `path` acts on: the folders above it
+    // with their links followed, the item itself not. The path a Trash record keeps.
+    [[nodiscard]] static QString pathActedOn(const QString& path, const SystemCalls& systemCalls);
 
-    // The absolute path of the object an operation on `path` acts on.
+private:
     [[nodiscard]] QString pathActedOn(const QString& path) const;
-    [[nodiscard]] ItemMeasure measureAnchored(const AnchoredItem& item) const;
-    TrashSummary run(const QStringList& urls, bool dryRun, bool permanentPurge, const QString& client) const;
+    [[nodiscard]] TrashItemRecord processTrashEntry(const TrashEntry& entry) const;
+    // Processes `count` items in order, times the run and records its line of `type`.
+    TrashSummary run(qsizetype count, const std::function<TrashItemRecord(qsizetype)>& process, AuditOperationType type,
+                     const QString& client) const;
 
     std::shared_ptr<const FileManager> m_fileManager;
     std::shared_ptr<AuditLogger> m_auditLogger;

@@ -173,11 +173,28 @@ AnchorOutcome FileManager::anchor(const QString& path) const
         return {std::nullopt, EINVAL};
     const QByteArray folderPath = slash == 0 ? QByteArray("/") : native.left(slash);
 
+    int errorCode = 0;
+    UniqueFd folder = openFolderWithoutLinks(folderPath, false, errorCode);
+    if (!folder.isOpen())
+        return {std::nullopt, errorCode};
+
+    FileStatus status;
+    if (m_systemCalls->statAt(folder.get(), name.constData(), AT_SYMLINK_NOFOLLOW, status) != 0)
+        return {std::nullopt, errno};
+    return {AnchoredItem{std::move(folder), name,
+                         NativePath::decode(folderPath.endsWith('/') ? QByteArray(folderPath + name)
+                                                                     : QByteArray(folderPath + '/' + name)),
+                         status},
+            0};
+}
+
+UniqueFd FileManager::openFolderWithoutLinks(const QByteArray& folderPath, bool createMissing, int& errorCode) const
+{
     const SystemCalls& calls = *m_systemCalls;
     const int folderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW;
     UniqueFd folder(calls.openConstrained(AT_FDCWD, folderPath.constData(), folderFlags, SystemCalls::noSymbolicLinks));
-    if (!folder.isOpen() && errno == ENOSYS) {
-        // No openat2: the same walk done by hand, one component at a time.
+    if (!folder.isOpen() && (errno == ENOSYS || (errno == ENOENT && createMissing))) {
+        // No openat2, or folders to make: the same walk done by hand, one component at a time.
         folder = UniqueFd(calls.openAt(AT_FDCWD, "/", folderFlags));
         for (const QByteArray& component : folderPath.split('/')) {
             if (!folder.isOpen())
@@ -189,20 +206,16 @@ AnchorOutcome FileManager::anchor(const QString& path) const
                 folder.reset();
                 break;
             }
-            folder = UniqueFd(calls.openAt(folder.get(), component.constData(), folderFlags));
+            UniqueFd next(calls.openAt(folder.get(), component.constData(), folderFlags));
+            // Made with the usual mode, as a new folder of the user's is; the umask applies.
+            if (!next.isOpen() && errno == ENOENT && createMissing &&
+                (calls.makeDirectoryAt(folder.get(), component.constData(), 0777) == 0 || errno == EEXIST))
+                next = UniqueFd(calls.openAt(folder.get(), component.constData(), folderFlags));
+            folder = std::move(next);
         }
     }
-    if (!folder.isOpen())
-        return {std::nullopt, errno};
-
-    FileStatus status;
-    if (calls.statAt(folder.get(), name.constData(), AT_SYMLINK_NOFOLLOW, status) != 0)
-        return {std::nullopt, errno};
-    return {AnchoredItem{std::move(folder), name,
-                         NativePath::decode(folderPath.endsWith('/') ? QByteArray(folderPath + name)
-                                                                     : QByteArray(folderPath + '/' + name)),
-                         status},
-            0};
+    errorCode = folder.isOpen() ? 0 : errno;
+    return folder;
 }
 
 int FileManager::verifyAnchored(const AnchoredItem& item) const

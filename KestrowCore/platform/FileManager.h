@@ -101,6 +101,11 @@ public:
     // Opens the folder holding `path` (absolute, its folders free of links) from "/" without
     // following any link, and looks at the item there without following it either.
     [[nodiscard]] virtual AnchorOutcome anchor(const QString& path) const;
+    // The folder at `folderPath` (absolute), opened from "/" one component at a time without
+    // following a link; with `createMissing`, absent folders on the way are made. Not open on
+    // failure, with `errorCode` set (ELOOP or ENOTDIR: a link or a file on the way).
+    [[nodiscard]] UniqueFd openFolderWithoutLinks(const QByteArray& folderPath, bool createMissing,
+                                                  int& errorCode) const;
     // 0 when the name in `item.parent` still holds the object that was anchored; else the
     // errno (ENOENT when it went, ESTALE when another object took its place).
     [[nodiscard]] int verifyAnchored(const AnchoredItem& item) const;

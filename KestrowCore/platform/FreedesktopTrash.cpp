@@ -3,9 +3,9 @@
 #include "platform/NativePath.h"
 #include "platform/TopDirectory.h"
 #include "platform/TrashInfo.h"
+#include "platform/TrashLocation.h"
 
 #include <QRandomGenerator>
-#include <QtGlobal>
 
 #include <algorithm>
 #include <cerrno>
@@ -25,24 +25,6 @@ constexpr qsizetype longestName = 255 - (sizeof recordSuffix - 1);
 // Names tried for one item: the item's own, then NAME.2 up to NAME.100, then random ones.
 constexpr int numberedNames = 100;
 constexpr int namesTried = 200;
-
-// Where the environment puts the home Trash: $XDG_DATA_HOME/Trash, or ~/.local/share/Trash
-// when XDG_DATA_HOME is unset, empty or relative. Empty when no home is named.
-QByteArray homeTrashPath()
-{
-    QByteArray data = qgetenv("XDG_DATA_HOME");
-    if (!data.startsWith('/')) {
-        data = qgetenv("HOME");
-        if (!data.startsWith('/'))
-            return {};
-        while (data.endsWith('/'))
-            data.chop(1);
-        data += "/.local/share";
-    }
-    while (data.size() > 1 && data.endsWith('/'))
-        data.chop(1);
-    return data.endsWith('/') ? QByteArray(data + "Trash") : QByteArray(data + "/Trash");
-}
 
 // The name the item gets in the Trash at the given try, short enough for its record's name.
 // Long names lose their end, cut between characters where the name is UTF-8.
@@ -81,7 +63,7 @@ FileOperationResult FreedesktopTrash::trash(const AnchoredItem& item) const
         error.kind = TrashError::Case::mountPoint;
         return {false, std::nullopt, error.description()};
     }
-    const QByteArray trashPath = homeTrashPath();
+    const QByteArray trashPath = TrashLocation::homeTrashPath();
     if (trashPath.isEmpty())
         return {false, std::nullopt, error.description()};
 

@@ -40,4 +40,32 @@ QByteArray TrashInfo::encodePath(const QByteArray& path)
     return encoded;
 }
 
+std::optional<TrashInfo::Fields> TrashInfo::read(const QByteArray& content)
+{
+    bool inGroup = false;
+    std::optional<Fields> fields;
+    std::optional<QDateTime> deletedAt;
+    for (const QByteArray& rawLine : content.split('\n')) {
+        const QByteArray line = rawLine.endsWith('\r') ? rawLine.chopped(1) : rawLine;
+        if (line.startsWith('[')) {
+            inGroup = line == "[Trash Info]";
+            continue;
+        }
+        if (!inGroup)
+            continue;
+        if (line.startsWith("Path=") && !fields) {
+            fields = Fields{QByteArray::fromPercentEncoding(line.mid(5)), std::nullopt};
+        } else if (line.startsWith("DeletionDate=") && !deletedAt) {
+            QDateTime date = QDateTime::fromString(QString::fromLatin1(line.mid(13)), Qt::ISODate);
+            if (date.isValid())
+                deletedAt = date.toLocalTime();
+        }
+    }
+    if (fields && !fields->originalPath.isEmpty()) {
+        fields->deletedAt = deletedAt;
+        return fields;
+    }
+    return std::nullopt;
+}
+
 } // namespace kestrow

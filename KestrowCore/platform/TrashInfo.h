@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDateTime>
 
 #include <ctime>
+#include <optional>
 
 namespace kestrow {
 
@@ -17,6 +19,15 @@ public:
     // Every byte but letters, digits, "-._~" and "/" as %XX, so that any name (a line feed,
     // a "%", bytes that are not UTF-8) reads back as the very bytes.
     [[nodiscard]] static QByteArray encodePath(const QByteArray& path);
+
+    // What a record says: the path as written, its %XX escapes taken back to bytes, and the
+    // deletion date (local time, to the second) when it has a valid one.
+    struct Fields {
+        QByteArray originalPath;
+        std::optional<QDateTime> deletedAt;
+    };
+    // Nothing when `content` is not a record: no "[Trash Info]" group or no Path= in it.
+    [[nodiscard]] static std::optional<Fields> read(const QByteArray& content);
 };
 
 } // namespace kestrow

@@ -1,4 +1,5 @@
 #include "KestrowProcess.h"
+#include "TestHome.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -23,8 +24,14 @@ TEST(VitalsCommand, PrintsTheSnapshotReadableOrAsJson)
                     .contains(vitals[QStringLiteral("thermalState")].toString()));
     EXPECT_TRUE(json.err.isEmpty());
 
-    const KestrowRun table = runKestrow({QStringLiteral("vitals")});
+    // The Trash it measures beside the disk is the test home's.
+    const TestHome home;
+    home.writeFile(QStringLiteral(".local/share/Trash/files/old"), 3000);
+    home.writeFile(QStringLiteral(".local/share/Trash/info/old.trashinfo"),
+                   QByteArray("[Trash Info]\nPath=/x/old\nDeletionDate=2020-01-01T00:00:00\n"));
+    const KestrowRun table = runKestrow({QStringLiteral("vitals"), QStringLiteral("--home"), home.path()});
     ASSERT_EQ(table.exitCode, 0);
+    EXPECT_TRUE(table.out.contains(QStringLiteral("Trash    4 KB waiting to be emptied\n"))) << table.out.toStdString();
     for (const char* label : {"CPU ", "Memory ", "Disk ", "Thermal "})
         EXPECT_TRUE(table.out.contains(QLatin1String(label))) << label;
 
