@@ -3,8 +3,8 @@
 #include "ProgressLine.h"
 
 #include "apps/AppArchitecture.h"
-#include "platform/HostSystem.h"
 #include "platform/FileManager.h"
+#include "platform/HostSystem.h"
 #include "platform/PathText.h"
 #include "support/ByteCountFormatter.h"
 #include "support/JsonWriter.h"

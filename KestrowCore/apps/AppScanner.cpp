@@ -15,7 +15,6 @@
 #include <QSet>
 #include <QVariantMap>
 
-
 namespace kestrow {
 
 namespace {
@@ -50,13 +49,12 @@ AppScanner::AppScanner(Options options)
     , m_home(options.homeURL.isEmpty() ? ProcessFolders::home() : options.homeURL)
     , m_softwareRoot(options.softwareRoot ? std::move(*options.softwareRoot) : SoftwareRoot::system())
 {
-    m_applicationsURLs =
-        options.applicationsURLs
-            ? *options.applicationsURLs
-            : (m_host == HostSystem::gnuLinux
-                   ? QStringList()
-                   : QStringList{QStringLiteral("/Applications"),
-                                 PathText::appending(m_home, QStringLiteral("Applications"))});
+    m_applicationsURLs = options.applicationsURLs
+                             ? *options.applicationsURLs
+                             : (m_host == HostSystem::gnuLinux
+                                    ? QStringList()
+                                    : QStringList{QStringLiteral("/Applications"),
+                                                  PathText::appending(m_home, QStringLiteral("Applications"))});
     m_systemApplicationsURLs =
         options.systemApplicationsURLs
             ? *options.systemApplicationsURLs
@@ -80,10 +78,10 @@ std::vector<InstalledApp> AppScanner::scanInstalledApps(bool includeSystemApps, 
         const std::vector<DesktopApplication> applications = discoverDesktopApplications(includeSystemApps);
         if (stop.stop_requested())
             throw CancellationError();
-        const DesktopAppInspector inspector(m_fileManager,
-                                            std::make_shared<const DesktopApplications>(m_fileManager, m_softwareRoot,
-                                                                                        m_home, m_applicationsURLs),
-                                            m_protectedAppGuard, m_softwareRoot.snapMounts);
+        const DesktopAppInspector inspector(
+            m_fileManager,
+            std::make_shared<const DesktopApplications>(m_fileManager, m_softwareRoot, m_home, m_applicationsURLs),
+            m_protectedAppGuard, m_softwareRoot.snapMounts);
         return inspectAll(
             applications.size(),
             [&](std::size_t index, const RunningAppsProvider& isRunning) {

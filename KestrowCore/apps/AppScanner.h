@@ -42,7 +42,7 @@ public:
         RunningAppsProvider runningAppsProvider; // absent: the platform's, looked at once per scan
         // Judges each bundle; absent: one built on the same file manager and provider.
         std::shared_ptr<const ProtectedAppGuard> protectedAppGuard;
-        int maxConcurrentInspections; // 0: one per processor
+        int maxConcurrentInspections;             // 0: one per processor
         std::optional<HostSystem> host;           // absent: the one this runs on
         std::optional<SoftwareRoot> softwareRoot; // Linux; absent: the machine's own
     };

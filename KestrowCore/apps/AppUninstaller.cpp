@@ -65,7 +65,7 @@ UninstallSummary AppUninstaller::uninstall(const InstalledApp& app, bool dryRun,
     // icons) goes with the bundle; the rest is its data.
     for (const ResolvedDependency& dependency : footprint.dependencies()) {
         const bool wanted = dependency.location == DependencyLocation::applicationBundle ? options.includeBundle
-                                                                                          : options.includeDependencies;
+                                                                                         : options.includeDependencies;
         if (wanted && dependency.path != app.bundlePath && m_fileManager->fileExists(dependency.path))
             targets.append(dependency.path);
     }

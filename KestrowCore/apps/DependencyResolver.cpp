@@ -39,17 +39,39 @@ const QStringList& blockedNames()
 const QStringList& linuxBlockedNames()
 {
     static const QStringList names{
-        QStringLiteral("autostart"),  QStringLiteral("applications"), QStringLiteral("icons"),
-        QStringLiteral("fonts"),      QStringLiteral("mime"),         QStringLiteral("systemd"),
-        QStringLiteral("dconf"),      QStringLiteral("gtk-2.0"),      QStringLiteral("gtk-3.0"),
-        QStringLiteral("gtk-4.0"),    QStringLiteral("pulse"),        QStringLiteral("Trash"),
-        QStringLiteral("keyrings"),   QStringLiteral("menus"),        QStringLiteral("desktop-directories"),
-        QStringLiteral("fontconfig"), QStringLiteral("flatpak"),      QStringLiteral("snap"),
-        QStringLiteral("env"),        QStringLiteral("sh"),           QStringLiteral("bash"),
-        QStringLiteral("sessions"),   QStringLiteral("recently-used.xbel"), QStringLiteral("mimeapps.list"),
-        QStringLiteral("user-dirs.dirs"), QStringLiteral("user-dirs.locale"), QStringLiteral("themes"),
-        QStringLiteral("gvfs-metadata"), QStringLiteral("xdg-desktop-portal"), QStringLiteral("pipewire"),
-        QStringLiteral("wireplumber"), QStringLiteral("gnome-shell"), QStringLiteral("nautilus"),
+        QStringLiteral("autostart"),
+        QStringLiteral("applications"),
+        QStringLiteral("icons"),
+        QStringLiteral("fonts"),
+        QStringLiteral("mime"),
+        QStringLiteral("systemd"),
+        QStringLiteral("dconf"),
+        QStringLiteral("gtk-2.0"),
+        QStringLiteral("gtk-3.0"),
+        QStringLiteral("gtk-4.0"),
+        QStringLiteral("pulse"),
+        QStringLiteral("Trash"),
+        QStringLiteral("keyrings"),
+        QStringLiteral("menus"),
+        QStringLiteral("desktop-directories"),
+        QStringLiteral("fontconfig"),
+        QStringLiteral("flatpak"),
+        QStringLiteral("snap"),
+        QStringLiteral("env"),
+        QStringLiteral("sh"),
+        QStringLiteral("bash"),
+        QStringLiteral("sessions"),
+        QStringLiteral("recently-used.xbel"),
+        QStringLiteral("mimeapps.list"),
+        QStringLiteral("user-dirs.dirs"),
+        QStringLiteral("user-dirs.locale"),
+        QStringLiteral("themes"),
+        QStringLiteral("gvfs-metadata"),
+        QStringLiteral("xdg-desktop-portal"),
+        QStringLiteral("pipewire"),
+        QStringLiteral("wireplumber"),
+        QStringLiteral("gnome-shell"),
+        QStringLiteral("nautilus"),
     };
     return names;
 }
@@ -133,7 +155,7 @@ public:
         inFolder(folder(QStringLiteral("Caches")), DependencyLocation::caches, shipIt, true);
         preferences();
         inFolder(folder(QStringLiteral("Saved Application State")), DependencyLocation::savedApplicationState,
-               {QStringLiteral(".savedState")}, false);
+                 {QStringLiteral(".savedState")}, false);
         inFolder(folder(QStringLiteral("WebKit")), DependencyLocation::webKit, {{}}, false);
         inFolder(folder(QStringLiteral("HTTPStorages")), DependencyLocation::httpStorages, cookies, false);
         inFolder(folder(QStringLiteral("Containers")), DependencyLocation::containers, {{}}, false);

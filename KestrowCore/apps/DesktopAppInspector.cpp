@@ -79,8 +79,8 @@ InstalledApp DesktopAppInspector::inspect(const DesktopApplication& application,
                    : AppArchitecture(AppArchitecture::unknown);
     const QString identifier =
         application.flatpakId ? *application.flatpakId : application.snapName.value_or(application.desktopId);
-    const bool running = isRunning(identifier) ||
-                         (application.program && isRunning(PathText::lastComponent(*application.program)));
+    const bool running =
+        isRunning(identifier) || (application.program && isRunning(PathText::lastComponent(*application.program)));
     return InstalledApp{
         .id = QUuid::createUuid(),
         .bundleIdentifier = identifier,

@@ -4,9 +4,9 @@
 #include "platform/DesktopApplications.h"
 #include "platform/DesktopEntryFile.h"
 #include "platform/InstalledSoftwareNames.h"
-#include "platform/XdgBaseFolders.h"
 #include "platform/PathText.h"
 #include "platform/ProcessFolders.h"
+#include "platform/XdgBaseFolders.h"
 #include "support/KestrowError.h"
 #include "support/TimeStamp.h"
 
@@ -210,9 +210,9 @@ LeftoversHunter::Identifier LeftoversHunter::parseLinuxIdentifier(const QString&
                                                                   bool isDirectory)
 {
     static const QStringList settingsEndings{
-        QStringLiteral(".conf"), QStringLiteral(".ini"), QStringLiteral(".json"), QStringLiteral(".xml"),
-        QStringLiteral(".cfg"),  QStringLiteral(".toml"), QStringLiteral(".yaml"), QStringLiteral(".yml"),
-        QStringLiteral(".db"),   QStringLiteral(".sqlite"), QStringLiteral(".log"), QStringLiteral(".lock")};
+        QStringLiteral(".conf"), QStringLiteral(".ini"),    QStringLiteral(".json"), QStringLiteral(".xml"),
+        QStringLiteral(".cfg"),  QStringLiteral(".toml"),   QStringLiteral(".yaml"), QStringLiteral(".yml"),
+        QStringLiteral(".db"),   QStringLiteral(".sqlite"), QStringLiteral(".log"),  QStringLiteral(".lock")};
     QString name = fileName;
     if (location == DependencyLocation::launchAgents) {
         name = withoutEnding(name, QStringLiteral(".desktop"));
@@ -235,10 +235,9 @@ LeftoversHunter::OrphanVerdict LeftoversHunter::evaluateLinuxOrphan(const QStrin
 {
     // The rows written for the Library's preference files and launch agents speak of property
     // lists; Linux's settings and autostart entries take the general row.
-    const bool generalRow =
-        location == DependencyLocation::preferences || location == DependencyLocation::launchAgents;
-    OrphanVerdict verdict = generalRow && bundleID ? orphanedDependency(*bundleID)
-                                                   : evaluateOrphan(name, bundleID, location, path);
+    const bool generalRow = location == DependencyLocation::preferences || location == DependencyLocation::launchAgents;
+    OrphanVerdict verdict =
+        generalRow && bundleID ? orphanedDependency(*bundleID) : evaluateOrphan(name, bundleID, location, path);
     if (location != DependencyLocation::caches)
         verdict.tier = RiskTier::reviewRequired;
     return verdict;
@@ -269,10 +268,10 @@ void LeftoversHunter::scanCandidateLocation(const QString& base, DependencyLocat
     const bool onLinux = m_host == HostSystem::gnuLinux;
     for (const DirectoryEntry& entry : listing.entries) {
         const Identifier parsed = onLinux ? parseLinuxIdentifier(entry.name, location, entry.isDirectory)
-                                        : parseIdentifier(entry.name, location);
+                                          : parseIdentifier(entry.name, location);
         if (Whitelist::isProtected(parsed.name, parsed.bundleID) ||
-            (onLinux && (Whitelist::isLinuxDesktopComponent(entry.name) ||
-                       Whitelist::isLinuxDesktopComponent(parsed.name))))
+            (onLinux &&
+             (Whitelist::isLinuxDesktopComponent(entry.name) || Whitelist::isLinuxDesktopComponent(parsed.name))))
             continue;
         if (index.matchesInstalledApp(entry.name) || (parsed.bundleID && index.matchesInstalledApp(*parsed.bundleID)) ||
             index.matchesInstalledApp(parsed.name))
@@ -285,7 +284,7 @@ void LeftoversHunter::scanCandidateLocation(const QString& base, DependencyLocat
         if (onLinux && location == DependencyLocation::launchAgents && startsAnInstalledProgram(path))
             continue;
         const OrphanVerdict verdict = onLinux ? evaluateLinuxOrphan(parsed.name, parsed.bundleID, location, path)
-                                            : evaluateOrphan(parsed.name, parsed.bundleID, location, path);
+                                              : evaluateOrphan(parsed.name, parsed.bundleID, location, path);
         if (verdict.confidence < reportedConfidence)
             continue;
         const ItemMetrics metrics = computeItemMetrics(path);

@@ -173,9 +173,8 @@ std::optional<DesktopApplication> DesktopApplications::readEntry(const QString& 
         // installation when that one holds it.
         const QString userDeployment =
             PathText::appending(m_dataHome, QStringLiteral("flatpak/app/") + *application.flatpakId);
-        application.flatpakUserInstallation =
-            folder.flatpakUser || (folder.origin == DesktopApplicationOrigin::user &&
-                                   m_fileManager->fileExists(userDeployment));
+        application.flatpakUserInstallation = folder.flatpakUser || (folder.origin == DesktopApplicationOrigin::user &&
+                                                                     m_fileManager->fileExists(userDeployment));
         application.flatpakDeployment =
             application.flatpakUserInstallation
                 ? userDeployment
@@ -200,7 +199,8 @@ void DesktopApplications::describeLauncher(const DesktopEntryFile& entry, Deskto
     if (index >= arguments->size())
         return;
     const QString program = arguments->at(index);
-    if (PathText::lastComponent(program) == QLatin1String("flatpak") && arguments->mid(index).contains(QStringLiteral("run"))) {
+    if (PathText::lastComponent(program) == QLatin1String("flatpak") &&
+        arguments->mid(index).contains(QStringLiteral("run"))) {
         // "flatpak run [options] [--command=name] id [arguments]".
         const QStringList rest = arguments->mid(arguments->indexOf(QStringLiteral("run"), index) + 1);
         for (const QString& argument : rest) {
@@ -258,8 +258,7 @@ std::vector<DesktopApplication> DesktopApplications::applications(bool includeSy
     return shown;
 }
 
-std::vector<DesktopApplication>
-DesktopApplications::appImages(const std::vector<DesktopApplication>& entries) const
+std::vector<DesktopApplication> DesktopApplications::appImages(const std::vector<DesktopApplication>& entries) const
 {
     std::vector<DesktopApplication> found;
     QStringList folders = m_userFolders;

@@ -16,11 +16,10 @@ const QStringList& defaultDataDirectories()
 
 const QStringList& defaultSearchPath()
 {
-    static const QStringList folders{QStringLiteral("/usr/local/bin"),  QStringLiteral("/usr/bin"),
-                                     QStringLiteral("/bin"),            QStringLiteral("/usr/local/sbin"),
-                                     QStringLiteral("/usr/sbin"),       QStringLiteral("/sbin"),
-                                     QStringLiteral("/usr/games"),      QStringLiteral("/snap/bin"),
-                                     QStringLiteral("/var/lib/flatpak/exports/bin")};
+    static const QStringList folders{
+        QStringLiteral("/usr/local/bin"),  QStringLiteral("/usr/bin"),  QStringLiteral("/bin"),
+        QStringLiteral("/usr/local/sbin"), QStringLiteral("/usr/sbin"), QStringLiteral("/sbin"),
+        QStringLiteral("/usr/games"),      QStringLiteral("/snap/bin"), QStringLiteral("/var/lib/flatpak/exports/bin")};
     return folders;
 }
 

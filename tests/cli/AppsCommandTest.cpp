@@ -51,7 +51,7 @@ TEST(AppsCommand, ListsTheApplicationsOfTheGivenFoldersAsATableOrJson)
     ASSERT_EQ(apps.size(), 2);
     EXPECT_EQ(apps[1][QStringLiteral("bundleIdentifier")].toString(), QStringLiteral("com.acme.widget"));
     EXPECT_EQ(apps[1][QStringLiteral("architecture")].toString(), QStringLiteral("x86_64"));
-    EXPECT_EQ(apps[0][QStringLiteral("bundleIdentifier")].toString(), QStringLiteral("com.unknown.bare"));
+    EXPECT_EQ(apps[0][QStringLiteral("bundleIdentifier")].toString(), QStringLiteral("bare"));
 
     const KestrowRun missing = runKestrow({QStringLiteral("apps"), QStringLiteral("list"),
                                            QStringLiteral("--applications"), home.path(QStringLiteral("nowhere"))});

@@ -19,10 +19,10 @@ namespace {
 QStringList widgetHome(const TestHome& home)
 {
     const QString image = home.writeFile(QStringLiteral("Apps/Acme-Widget-1.0.AppImage"), 2000);
-    home.writeFile(QStringLiteral("Apps/com.acme.widget.desktop"),
-                   (QStringLiteral("[Desktop Entry]\nType=Application\nName=Acme Widget\nExec=") + image +
-                    QLatin1Char('\n'))
-                       .toUtf8());
+    home.writeFile(
+        QStringLiteral("Apps/com.acme.widget.desktop"),
+        (QStringLiteral("[Desktop Entry]\nType=Application\nName=Acme Widget\nExec=") + image + QLatin1Char('\n'))
+            .toUtf8());
     home.writeFile(QStringLiteral(".cache/com.acme.widget/blob"), 3000);
     home.writeFile(QStringLiteral(".cache/com.acme.gone/x"), 100);
     home.writeFile(QStringLiteral(".config/nodots/x"), 100);
@@ -113,7 +113,9 @@ TEST(AppsFootprintCommands, LeftoversListedByPlaceAndOnlySafeOnesCleaned)
 
     // A fresh home holds nothing to report, whatever the system has.
     TestHome fresh;
-    const KestrowRun none = runKestrow({QStringLiteral("apps"), QStringLiteral("leftovers"), QStringLiteral("--home"),
-                                        fresh.path(), QStringLiteral("--system-root"), home.path(QStringLiteral("root"))});
-    EXPECT_EQ(none.out, QStringLiteral("No leftovers: every item in the XDG folders belongs to an installed program.\n"));
+    const KestrowRun none =
+        runKestrow({QStringLiteral("apps"), QStringLiteral("leftovers"), QStringLiteral("--home"), fresh.path(),
+                    QStringLiteral("--system-root"), home.path(QStringLiteral("root"))});
+    EXPECT_EQ(none.out,
+              QStringLiteral("No leftovers: every item in the XDG folders belongs to an installed program.\n"));
 }

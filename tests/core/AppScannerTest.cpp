@@ -226,9 +226,11 @@ TEST(AppScanner, SystemFoldersAreScannedOnRequestAndTheirAppsProtected)
     std::stop_source stop;
     stop.request_stop();
     EXPECT_THROW((void)scanner.scanInstalledApps(true, stop.get_token()), CancellationError);
-    const AppScanner defaults({.homeURL = home.path()});
+    const AppScanner defaults({.homeURL = home.path(), .host = HostSystem::macOS});
     EXPECT_EQ(defaults.applicationsURLs(),
               (QStringList{QStringLiteral("/Applications"), home.path(QStringLiteral("Applications"))}));
+    // On Linux no folder replaces the home's usual places unless one is given.
+    EXPECT_TRUE(AppScanner({.homeURL = home.path(), .host = HostSystem::gnuLinux}).applicationsURLs().isEmpty());
     EXPECT_EQ(defaults.systemApplicationsURLs().size(), 3);
 }
 

@@ -47,8 +47,7 @@ QStringList relativePaths(const AppFootprint& footprint, const TestHome& home)
 {
     QStringList paths;
     for (const ResolvedDependency& dependency : footprint.dependencies())
-        paths.append(dependency.location.rawValue() + QLatin1Char(' ') +
-                     dependency.path.mid(home.path().size() + 1));
+        paths.append(dependency.location.rawValue() + QLatin1Char(' ') + dependency.path.mid(home.path().size() + 1));
     return paths;
 }
 
@@ -99,7 +98,8 @@ TEST(LinuxApplications, InventoryOfEntriesFlatpaksSnapsAndAppImages)
     const InstalledApp& spotify = apps.at(QStringLiteral("com.spotify.Client"));
     EXPECT_EQ(spotify.version, QStringLiteral("1.2.31"));
     EXPECT_EQ(spotify.architecture, QStringLiteral("arm64"));
-    EXPECT_EQ(spotify.bundlePath, machine.software.rootPath() + QStringLiteral("/var/lib/flatpak/app/com.spotify.Client"));
+    EXPECT_EQ(spotify.bundlePath,
+              machine.software.rootPath() + QStringLiteral("/var/lib/flatpak/app/com.spotify.Client"));
     EXPECT_TRUE(spotify.isSystemApp);
     EXPECT_EQ(spotify.protectionReason, QStringLiteral("Installed with Flatpak: remove it with `flatpak uninstall "
                                                        "--system com.spotify.Client`; its data can still be swept"));
@@ -175,9 +175,10 @@ TEST(LinuxApplications, FootprintInTheXdgFoldersAndAnAppImageUninstalledThroughT
     EXPECT_EQ(relativePaths(machine.resolver().resolveDependencies(fonts), home),
               QStringList{QStringLiteral("APPLICATION_BUNDLE Applications/Joplin-2.13.4.AppImage")});
 
-    const AppUninstaller uninstaller({.dependencyResolver = std::make_shared<const DependencyResolver>(machine.resolver()),
-                                      .runningAppsProvider = [](const QString&) { return false; },
-                                      .homeURL = home.path()});
+    const AppUninstaller uninstaller(
+        {.dependencyResolver = std::make_shared<const DependencyResolver>(machine.resolver()),
+         .runningAppsProvider = [](const QString&) { return false; },
+         .homeURL = home.path()});
     EXPECT_THROW((void)uninstaller.uninstall(apps.at(QStringLiteral("com.spotify.Client")), true, {}),
                  AppUninstallerError);
     // Keeping the program keeps its entry and icons too.
@@ -202,9 +203,8 @@ TEST(LinuxApplications, LeftoversAreEveryTrueOneWithItsTierAndNothingOwned)
     const LeftoversHunter hunter(
         {.homeURL = machine.home.path(), .host = HostSystem::gnuLinux, .softwareRoot = software.root()});
     QStringList labels;
-    const std::vector<AppLeftover> found =
-        hunter.scanForLeftovers(machine.scanner().scanInstalledApps(false),
-                                [&labels](const QString& label, double) { labels.append(label); });
+    const std::vector<AppLeftover> found = hunter.scanForLeftovers(
+        machine.scanner().scanInstalledApps(false), [&labels](const QString& label, double) { labels.append(label); });
     std::map<QString, const AppLeftover*> byPath;
     for (const AppLeftover& leftover : found)
         byPath.emplace(leftover.path.mid(machine.home.path().size() + 1), &leftover);
@@ -241,7 +241,8 @@ TEST(LinuxApplications, LeftoversAreEveryTrueOneWithItsTierAndNothingOwned)
 
     // An empty home holds no leftovers, whatever the system has installed.
     const TestHome empty;
-    EXPECT_TRUE(LeftoversHunter({.homeURL = empty.path(), .host = HostSystem::gnuLinux, .softwareRoot = software.root()})
-                    .scanForLeftovers(std::vector<InstalledApp>{})
-                    .empty());
+    EXPECT_TRUE(
+        LeftoversHunter({.homeURL = empty.path(), .host = HostSystem::gnuLinux, .softwareRoot = software.root()})
+            .scanForLeftovers(std::vector<InstalledApp>{})
+            .empty());
 }
