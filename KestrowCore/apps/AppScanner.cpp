@@ -75,13 +75,12 @@ std::vector<InstalledApp> AppScanner::scanInstalledApps(bool includeSystemApps, 
                                                         const Progress& progress) const
 {
     if (m_host == HostSystem::gnuLinux) {
-        const std::vector<DesktopApplication> applications = discoverDesktopApplications(includeSystemApps);
+        const auto desktop =
+            std::make_shared<const DesktopApplications>(m_fileManager, m_softwareRoot, m_home, m_applicationsURLs);
+        const std::vector<DesktopApplication> applications = desktop->applications(includeSystemApps);
         if (stop.stop_requested())
             throw CancellationError();
-        const DesktopAppInspector inspector(
-            m_fileManager,
-            std::make_shared<const DesktopApplications>(m_fileManager, m_softwareRoot, m_home, m_applicationsURLs),
-            m_protectedAppGuard, m_softwareRoot.snapMounts);
+        const DesktopAppInspector inspector(m_fileManager, desktop, m_protectedAppGuard, m_softwareRoot.snapMounts);
         return inspectAll(
             applications.size(),
             [&](std::size_t index, const RunningAppsProvider& isRunning) {
@@ -101,12 +100,6 @@ std::vector<InstalledApp> AppScanner::scanInstalledApps(bool includeSystemApps, 
             return inspect(bundles[static_cast<qsizetype>(index)], isRunning);
         },
         stop, progress);
-}
-
-std::vector<DesktopApplication> AppScanner::discoverDesktopApplications(bool includeSystemApps) const
-{
-    return DesktopApplications(m_fileManager, m_softwareRoot, m_home, m_applicationsURLs)
-        .applications(includeSystemApps);
 }
 
 std::vector<InstalledApp> AppScanner::inspectAll(std::size_t count, const Inspection& inspectOne,

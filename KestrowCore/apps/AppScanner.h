@@ -63,9 +63,6 @@ public:
     // The bundles below `roots`, at most `maxDepth` folders down, each once however many links
     // lead to it; never inside a bundle.
     [[nodiscard]] QStringList discoverAppBundles(const QStringList& roots, int maxDepth) const;
-    // The Linux applications to inspect, before they are measured.
-    [[nodiscard]] std::vector<DesktopApplication> discoverDesktopApplications(bool includeSystemApps) const;
-    [[nodiscard]] HostSystem host() const { return m_host; }
 
 private:
     [[nodiscard]] std::optional<InstalledApp> inspect(const QString& bundlePath,

@@ -71,7 +71,6 @@ const QStringList& linuxBlockedNames()
         QStringLiteral("pipewire"),
         QStringLiteral("wireplumber"),
         QStringLiteral("gnome-shell"),
-        QStringLiteral("nautilus"),
     };
     return names;
 }

@@ -207,7 +207,7 @@ SyntheticLinuxSoftware::SyntheticLinuxSoftware(const TestHome& home)
     : m_home(home)
 {
     const QString root = QStringLiteral("system-root/");
-    const QString home_ = home.path();
+    const QString homePath = home.path();
     for (const Entry& entry : systemEntries)
         writeEntry(root + QStringLiteral("usr/share/applications/") + QString::fromLatin1(entry.id) +
                        QStringLiteral(".desktop"),
@@ -255,7 +255,7 @@ SyntheticLinuxSoftware::SyntheticLinuxSoftware(const TestHome& home)
     home.writeFile(QStringLiteral("Applications/Joplin-2.13.4.AppImage"),
                    SyntheticApps::elf(SyntheticApps::elfX86_64) + QByteArray(20000, 'j'));
     writeEntry(QStringLiteral(".local/share/applications/appimagekit-joplin.desktop"),
-               QStringLiteral("Name=Joplin\nExec=\"") + home_ +
+               QStringLiteral("Name=Joplin\nExec=\"") + homePath +
                    QStringLiteral("/Applications/Joplin-2.13.4.AppImage\" %u\nIcon=appimagekit-joplin\n"
                                   "StartupWMClass=Joplin\nX-AppImage-Version=2.13.4\n"));
     home.writeFile(QStringLiteral(".local/share/icons/hicolor/256x256/apps/appimagekit-joplin.png"), 3000);
@@ -263,7 +263,7 @@ SyntheticLinuxSoftware::SyntheticLinuxSoftware(const TestHome& home)
     home.writeFile(QStringLiteral("Downloads/Bitwarden-2024.1.0-x86_64.AppImage"), 9000);
     home.writeFile(QStringLiteral(".local/bin/mytool"), 400);
     writeEntry(QStringLiteral(".local/share/applications/mytool.desktop"),
-               QStringLiteral("Name=My Tool\nExec=") + home_ + QStringLiteral("/.local/bin/mytool\n"));
+               QStringLiteral("Name=My Tool\nExec=") + homePath + QStringLiteral("/.local/bin/mytool\n"));
     writeEntry(QStringLiteral(".local/share/applications/vlc.desktop"), QStringLiteral("Name=VLC\nHidden=true\n"));
     writeEntry(QStringLiteral(".local/share/applications/org.gnome.TextEditor.desktop"),
                QStringLiteral("Name=My Editor\nExec=/usr/bin/gnome-text-editor %U\n"));
@@ -281,8 +281,8 @@ SyntheticLinuxSoftware::SyntheticLinuxSoftware(const TestHome& home)
                    QStringLiteral("Name=") + name + QStringLiteral("\nExec=") + exec + QLatin1Char('\n'));
     };
     autostart(QStringLiteral("keepassxc.desktop"), QStringLiteral("keepassxc --minimized"));
-    autostart(QStringLiteral("mytool.desktop"), home_ + QStringLiteral("/.local/bin/mytool"));
-    autostart(QStringLiteral("Joplin.desktop"), home_ + QStringLiteral("/Applications/Joplin-2.13.4.AppImage"));
+    autostart(QStringLiteral("mytool.desktop"), homePath + QStringLiteral("/.local/bin/mytool"));
+    autostart(QStringLiteral("Joplin.desktop"), homePath + QStringLiteral("/Applications/Joplin-2.13.4.AppImage"));
     m_owned << QStringLiteral(".config/autostart") << QStringLiteral(".config/autostart/keepassxc.desktop")
             << QStringLiteral(".config/autostart/mytool.desktop") << QStringLiteral(".config/autostart/Joplin.desktop");
 
