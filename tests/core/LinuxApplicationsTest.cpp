@@ -213,10 +213,12 @@ TEST(LinuxApplications, LeftoversAreEveryTrueOneWithItsTierAndNothingOwned)
         EXPECT_EQ(byPath.at(expected.path)->suggestedRiskTier, expected.tier) << expected.path.toStdString();
     }
     QStringList unexpected;
-    for (const auto& [path, leftover] : byPath)
+    for (const auto& reported : byPath) {
+        const QString& path = reported.first;
         if (std::none_of(software.leftovers().begin(), software.leftovers().end(),
                          [&path](const SyntheticLinuxSoftware::Leftover& expected) { return expected.path == path; }))
             unexpected.append(path);
+    }
     EXPECT_TRUE(unexpected.isEmpty()) << unexpected.join(QLatin1Char(' ')).toStdString();
 
     const AppLeftover& discord = *byPath.at(QStringLiteral(".var/app/com.discordapp.Discord"));
