@@ -4,6 +4,7 @@
 
 #include "apps/AppArchitecture.h"
 #include "platform/FileManager.h"
+#include "platform/HostSystem.h"
 #include "platform/PathText.h"
 #include "support/ByteCountFormatter.h"
 #include "support/JsonWriter.h"
@@ -86,16 +87,47 @@ int runList(const AppsListOptions& options)
 
 } // namespace
 
+std::string perPlatform(const char* macOSText, const char* linuxText)
+{
+    return currentHostSystem() == HostSystem::gnuLinux ? linuxText : macOSText;
+}
+
 void addAppsLocationOptions(CLI::App* command, AppsLocationOptions& options)
 {
     addHomeOption(command, options.home);
     command
         ->add_option("--applications", options.applications,
-                     "Look for applications in this folder instead of /Applications and ~/Applications "
-                     "(repeatable)")
-        ->type_name("DIR")
-        // One folder per occurrence, so that a name after it is not taken for another folder.
-        ->allow_extra_args(false);
+                     perPlatform("Look for applications in this folder instead of /Applications and ~/Applications "
+                                 "(repeatable)",
+                                 "Look for desktop entries and AppImages in this folder instead of "
+                                 "~/.local/share/applications and the AppImage folders (repeatable)"))
+        ->type_name("DIR");
+    if (currentHostSystem() == HostSystem::gnuLinux)
+        command
+            ->add_option("--system-root", options.systemRoot,
+                         "Read the system's desktop entries, package lists, Flatpaks, Snaps and programs below this "
+                         "folder instead of the machine's own")
+            ->type_name("DIR");
+}
+
+namespace {
+
+QString existingFolder(const std::string& given, const char* option)
+{
+    const QString folder = PathText::removingDotComponents(absoluteFromWorkingFolder(pathArgument(given)));
+    bool isDirectory = false;
+    if (!FileManager().fileExists(folder, &isDirectory) || !isDirectory)
+        throw UsageError(std::string(option) + " " + given + ": no such folder; give an existing folder.");
+    return folder;
+}
+
+} // namespace
+
+std::optional<SoftwareRoot> softwareRoot(const AppsLocationOptions& options)
+{
+    if (options.systemRoot.empty())
+        return std::nullopt;
+    return SoftwareRoot::below(existingFolder(options.systemRoot, "--system-root"));
 }
 
 AppScanner appScanner(const AppsLocationOptions& options)
@@ -104,16 +136,10 @@ AppScanner appScanner(const AppsLocationOptions& options)
     std::optional<QStringList> folders;
     if (!options.applications.empty()) {
         folders.emplace();
-        const FileManager fileManager;
-        for (const std::string& given : options.applications) {
-            const QString folder = PathText::removingDotComponents(absoluteFromWorkingFolder(pathArgument(given)));
-            bool isDirectory = false;
-            if (!fileManager.fileExists(folder, &isDirectory) || !isDirectory)
-                throw UsageError("--applications " + given + ": no such folder; give an existing folder.");
-            folders->append(folder);
-        }
+        for (const std::string& given : options.applications)
+            folders->append(existingFolder(given, "--applications"));
     }
-    return AppScanner({.applicationsURLs = folders, .homeURL = home});
+    return AppScanner({.applicationsURLs = folders, .homeURL = home, .softwareRoot = softwareRoot(options)});
 }
 
 std::vector<InstalledApp> scanApps(const AppsLocationOptions& options, bool includeSystemApps)
@@ -133,11 +159,16 @@ CLI::App& setupAppsCommand(CommandLine& commandLine)
 
     auto list = std::make_shared<AppsListOptions>();
     CLI::App* command = apps->add_subcommand(
-        "list", "List the applications in /Applications and ~/Applications by name: version, size on disk, "
-                "architecture, and whether the system protects them");
+        "list", perPlatform("List the applications in /Applications and ~/Applications by name: version, size on "
+                            "disk, architecture, and whether the system protects them",
+                            "List the applications by name (the desktop entries of ~/.local/share/applications, "
+                            "Flatpak and Snap, and the AppImages of ~/Applications, ~/.local/bin, ~/bin and "
+                            "~/Downloads): version, size on disk, architecture, and whether they may be removed"));
     command->add_flag("--all", list->all,
-                      "Include the system's own folders (/System/Applications, its Utilities and "
-                      "/System/Library/CoreServices/Applications)");
+                      perPlatform("Include the system's own folders (/System/Applications, its Utilities and "
+                                  "/System/Library/CoreServices/Applications)",
+                                  "Include the system's own entries (/usr/share/applications and the other data "
+                                  "folders of XDG_DATA_DIRS), installed by the package manager"));
     addJsonFlag(command, list->json);
     addAppsLocationOptions(command, list->location);
     commandLine.onRun(command, [list] { return runList(*list); });

@@ -4,6 +4,7 @@
 
 #include "apps/AppScanner.h"
 #include "apps/InstalledApp.h"
+#include "platform/SoftwareRoot.h"
 
 #include <string>
 #include <vector>
@@ -14,10 +15,17 @@ namespace kestrow::cli {
 struct AppsLocationOptions {
     std::string home;
     std::vector<std::string> applications; // replaces /Applications and ~/Applications when given
+    std::string systemRoot;                // Linux: a folder standing for "/" when given
 };
 
-// Adds --home and the repeatable --applications to a command of the group.
+// The help text for this platform: the macOS one, or the Linux one.
+[[nodiscard]] std::string perPlatform(const char* macOSText, const char* linuxText);
+// Adds --home, the repeatable --applications and, on Linux, --system-root to a command of the
+// group.
 void addAppsLocationOptions(CLI::App* command, AppsLocationOptions& options);
+// The system the options name: the machine's, or the one below --system-root. Throws
+// UsageError for a root that isn't a folder.
+[[nodiscard]] std::optional<SoftwareRoot> softwareRoot(const AppsLocationOptions& options);
 // A scanner over the folders the options name. Throws UsageError for a folder that isn't one.
 [[nodiscard]] AppScanner appScanner(const AppsLocationOptions& options);
 // The installed applications, sorted by name, with the measuring shown on a terminal.

@@ -61,8 +61,13 @@ void setupAppsFootprintCommand(CommandLine& commandLine, CLI::App& apps)
 {
     auto options = std::make_shared<FootprintOptions>();
     CLI::App* command = apps.add_subcommand(
-        "footprint", "Show everything on the disk that belongs to one application: its bundle and the items of "
-                     "~/Library named after it, each with its place and size, and what would block an uninstall");
+        "footprint",
+        perPlatform("Show everything on the disk that belongs to one application: its bundle and the items of "
+                    "~/Library named after it, each with its place and size, and what would block an uninstall",
+                    "Show everything on the disk that belongs to one application: its program (AppImage, entry and "
+                    "icons, Flatpak or Snap) and the items of ~/.config, ~/.local/share, ~/.cache, ~/.local/state, "
+                    "~/.var/app, ~/snap and ~/.config/autostart named after it, each with its place and size, and "
+                    "what would block an uninstall"));
     command
         ->add_option("NAME-OR-ID", options->nameOrId,
                      "The application's bundle identifier (exactly, else ignoring case) or its name (ignoring case)")

@@ -27,7 +27,9 @@ struct LeftoversOptions {
 QString leftoversText(const std::vector<AppLeftover>& leftovers)
 {
     if (leftovers.empty())
-        return QStringLiteral("No leftovers: every item in ~/Library belongs to an installed application.\n");
+        return QString::fromStdString(
+            perPlatform("No leftovers: every item in ~/Library belongs to an installed application.\n",
+                        "No leftovers: every item in the XDG folders belongs to an installed program.\n"));
     QString out;
     std::optional<DependencyLocation> heading;
     std::int64_t total = 0;
@@ -53,9 +55,8 @@ std::vector<AppLeftover> hunt(const LeftoversOptions& options, const QString& ho
 {
     const std::vector<InstalledApp> apps = scanApps(options.location, false);
     ProgressLine progress;
-    return LeftoversHunter({.homeURL = home}).scanForLeftovers(apps, [&progress](const QString& label, double) {
-        progress.update(label);
-    });
+    return LeftoversHunter({.homeURL = home, .softwareRoot = softwareRoot(options.location)})
+        .scanForLeftovers(apps, [&progress](const QString& label, double) { progress.update(label); });
 }
 
 int runClean(const LeftoversOptions& options, const QString& home)
@@ -111,8 +112,12 @@ void setupAppsLeftoversCommand(CommandLine& commandLine, CLI::App& apps)
 {
     auto options = std::make_shared<LeftoversOptions>();
     CLI::App* command = apps.add_subcommand(
-        "leftovers", "List what uninstalled applications left in ~/Library, by place, with how sure the finding is, "
-                     "its tier and the reason; with --clean, move those that are safe to clean to the Trash");
+        "leftovers",
+        perPlatform("List what uninstalled applications left in ~/Library, by place, with how sure the finding is, "
+                    "its tier and the reason; with --clean, move those that are safe to clean to the Trash",
+                    "List what uninstalled programs left in ~/.config, ~/.local/share, ~/.cache, ~/.local/state, "
+                    "~/.var/app and ~/.config/autostart, by place, with how sure the finding is, its tier and the "
+                    "reason; with --clean, move those that are safe to clean to the Trash"));
     command->add_flag("--clean", options->clean, "Move the leftovers that are safe to clean to the Trash");
     command->add_flag("--dry-run", options->dryRun, "With --clean: check and measure only; nothing is moved");
     command->add_flag("--yes", options->yes, "With --clean: do not ask for confirmation");

@@ -99,8 +99,12 @@ void setupAppsUninstallCommand(CommandLine& commandLine, CLI::App& apps)
         ->required();
     command->add_flag("--dry-run", options->dryRun, "Check and measure only; nothing is moved");
     command->add_flag("--force", options->force, "Stop the application if it runs, and go on");
-    command->add_flag("--keep-app", options->keepApp, "Leave the application bundle in place");
-    command->add_flag("--keep-data", options->keepData, "Leave the application's data in ~/Library in place");
+    command->add_flag("--keep-app", options->keepApp,
+                      perPlatform("Leave the application bundle in place",
+                                  "Leave the program (the AppImage or the entry, and its icons) in place"));
+    command->add_flag("--keep-data", options->keepData,
+                      perPlatform("Leave the application's data in ~/Library in place",
+                                  "Leave the application's data in the XDG folders in place"));
     command->add_flag("--yes", options->yes, "Do not ask for confirmation");
     addJsonFlag(command, options->json);
     addAppsLocationOptions(command, options->location);

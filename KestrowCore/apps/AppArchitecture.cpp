@@ -37,4 +37,15 @@ std::optional<AppArchitecture> AppArchitecture::fromRawValue(const QString& raw)
     return architectures.fromRawValue(raw);
 }
 
+AppArchitecture AppArchitecture::fromProcessors(const ExecutableProcessors& processors)
+{
+    if (processors.arm64 && processors.x86_64)
+        return universal;
+    if (processors.arm64)
+        return arm64;
+    if (processors.x86_64)
+        return x86_64;
+    return unknown;
+}
+
 } // namespace kestrow

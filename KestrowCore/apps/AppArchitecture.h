@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/ExecutableHeadReader.h"
 #include "support/EnumValue.h"
 
 #include <QString>
@@ -21,6 +22,8 @@ public:
 
     // Exact and case-sensitive.
     [[nodiscard]] static std::optional<AppArchitecture> fromRawValue(const QString& raw);
+    // Both 64-bit families make a universal executable; neither, an unknown one.
+    [[nodiscard]] static AppArchitecture fromProcessors(const ExecutableProcessors& processors);
 };
 
 } // namespace kestrow

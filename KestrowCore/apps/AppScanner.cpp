@@ -1,5 +1,7 @@
 #include "apps/AppScanner.h"
 
+#include "apps/BundleStorage.h"
+#include "apps/DesktopAppInspector.h"
 #include "apps/InspectionPool.h"
 #include "platform/ExecutableHeadReader.h"
 #include "platform/LinkResolver.h"
@@ -13,44 +15,9 @@
 #include <QSet>
 #include <QVariantMap>
 
-#include <unordered_set>
-
 namespace kestrow {
 
 namespace {
-
-struct InodeKey {
-    std::uint64_t dev;
-    std::uint64_t ino;
-    bool operator==(const InodeKey&) const = default;
-};
-
-struct InodeKeyHash {
-    size_t operator()(const InodeKey& key) const noexcept
-    {
-        return std::hash<std::uint64_t>{}(key.ino * 0x9E3779B97F4A7C15ULL ^ key.dev);
-    }
-};
-
-// Sums a bundle's regular files, each inode once.
-class BundleSizeSink : public WalkSink {
-public:
-    void regularFile(const FileStatus& status) override
-    {
-        // Only a file with several names can be met twice, so only those need remembering.
-        if (status.linkCount > 1 && !m_seen.insert({status.device, status.inode}).second)
-            return;
-        logicalBytes += status.size;
-        allocatedBytes += status.allocatedSize;
-    }
-    void unreadableDirectory(const QString&, int) override {}
-
-    std::int64_t allocatedBytes = 0;
-    std::int64_t logicalBytes = 0;
-
-private:
-    std::unordered_set<InodeKey, InodeKeyHash> m_seen;
-};
 
 // A value that is not a string counts as absent.
 std::optional<QString> stringValue(const QVariantMap& info, const char* key)
@@ -78,12 +45,16 @@ AppScanner::AppScanner(Options options)
     : m_fileManager(options.fileManager ? std::move(options.fileManager) : std::make_shared<const FileManager>())
     , m_runningAppsProvider(std::move(options.runningAppsProvider))
     , m_maxConcurrentInspections(options.maxConcurrentInspections)
+    , m_host(options.host.value_or(currentHostSystem()))
+    , m_home(options.homeURL.isEmpty() ? ProcessFolders::home() : options.homeURL)
+    , m_softwareRoot(options.softwareRoot ? std::move(*options.softwareRoot) : SoftwareRoot::system())
 {
-    const QString home = options.homeURL.isEmpty() ? ProcessFolders::home() : options.homeURL;
-    m_applicationsURLs =
-        options.applicationsURLs
-            ? *options.applicationsURLs
-            : QStringList{QStringLiteral("/Applications"), PathText::appending(home, QStringLiteral("Applications"))};
+    m_applicationsURLs = options.applicationsURLs
+                             ? *options.applicationsURLs
+                             : (m_host == HostSystem::gnuLinux
+                                    ? QStringList()
+                                    : QStringList{QStringLiteral("/Applications"),
+                                                  PathText::appending(m_home, QStringLiteral("Applications"))});
     m_systemApplicationsURLs =
         options.systemApplicationsURLs
             ? *options.systemApplicationsURLs
@@ -103,29 +74,53 @@ std::vector<InstalledApp> AppScanner::listInstalledApps(std::stop_token stop) co
 std::vector<InstalledApp> AppScanner::scanInstalledApps(bool includeSystemApps, std::stop_token stop,
                                                         const Progress& progress) const
 {
+    if (m_host == HostSystem::gnuLinux) {
+        const auto desktop =
+            std::make_shared<const DesktopApplications>(m_fileManager, m_softwareRoot, m_home, m_applicationsURLs);
+        const std::vector<DesktopApplication> applications = desktop->applications(includeSystemApps);
+        if (stop.stop_requested())
+            throw CancellationError();
+        const DesktopAppInspector inspector(m_fileManager, desktop, m_protectedAppGuard, m_softwareRoot.snapMounts);
+        return inspectAll(
+            applications.size(),
+            [&](std::size_t index, const RunningAppsProvider& isRunning) {
+                return std::optional<InstalledApp>(inspector.inspect(applications[index], isRunning));
+            },
+            stop, progress);
+    }
     QStringList roots = m_applicationsURLs;
     if (includeSystemApps)
         roots += m_systemApplicationsURLs;
     const QStringList bundles = discoverAppBundles(roots, 2);
     if (stop.stop_requested())
         throw CancellationError();
+    return inspectAll(
+        static_cast<std::size_t>(bundles.size()),
+        [&](std::size_t index, const RunningAppsProvider& isRunning) {
+            return inspect(bundles[static_cast<qsizetype>(index)], isRunning);
+        },
+        stop, progress);
+}
 
-    // The platform's running applications are looked at once for the whole scan, not once a
-    // bundle: on Linux each look reads every process's entry in /proc.
+std::vector<InstalledApp> AppScanner::inspectAll(std::size_t count, const Inspection& inspectOne,
+                                                 const std::stop_token& stop, const Progress& progress) const
+{
+    // The platform's running applications are looked at once for the whole scan, not once an
+    // application: on Linux each look reads every process's entry in /proc.
     RunningAppsProvider isRunning = m_runningAppsProvider;
     if (!isRunning) {
         const QSet<QString> running = RunningApplications::system()->runningIdentifiers();
         isRunning = [running](const QString& identifier) { return running.contains(identifier); };
     }
 
-    std::vector<std::optional<InstalledApp>> inspected(static_cast<std::size_t>(bundles.size()));
+    std::vector<std::optional<InstalledApp>> inspected(count);
     std::mutex progressMutex;
     std::size_t done = 0;
     InspectionPool(m_maxConcurrentInspections)
         .run(
             inspected.size(),
             [&](std::size_t index) {
-                inspected[index] = inspect(bundles[static_cast<qsizetype>(index)], isRunning);
+                inspected[index] = inspectOne(index, isRunning);
                 if (progress) {
                     const std::lock_guard lock(progressMutex);
                     progress(++done, inspected.size());
@@ -214,7 +209,7 @@ std::optional<InstalledApp> AppScanner::inspect(const QString& bundlePath, const
     const CodeSignatureReport signature = m_protectedAppGuard->inspectCodeSignature(bundlePath);
     const ProtectionEvaluation protection =
         m_protectedAppGuard->evaluateProtection(bundlePath, bundleIdentifier, signature);
-    const BundleStorage storage = measureBundleStorage(bundlePath);
+    const BundleStorage storage = BundleStorage::measure(*m_fileManager, bundlePath);
 
     return InstalledApp{
         .id = QUuid::createUuid(),
@@ -244,14 +239,7 @@ AppArchitecture AppScanner::detectArchitecture(const std::optional<QString>& exe
 {
     if (!executablePath)
         return AppArchitecture::unknown;
-    const ExecutableProcessors processors = ExecutableHeadReader::readFile(*m_fileManager, *executablePath);
-    if (processors.arm64 && processors.x86_64)
-        return AppArchitecture::universal;
-    if (processors.arm64)
-        return AppArchitecture::arm64;
-    if (processors.x86_64)
-        return AppArchitecture::x86_64;
-    return AppArchitecture::unknown;
+    return AppArchitecture::fromProcessors(ExecutableHeadReader::readFile(*m_fileManager, *executablePath));
 }
 
 std::optional<QString> AppScanner::resolveIconPath(const QString& bundlePath, const QString& iconFile,
@@ -278,15 +266,6 @@ std::optional<QString> AppScanner::resolveIconPath(const QString& bundlePath, co
     if (m_fileManager->fileExists(assets))
         return assets;
     return std::nullopt;
-}
-
-AppScanner::BundleStorage AppScanner::measureBundleStorage(const QString& bundlePath) const
-{
-    // A bundle reached through a link is measured where it lies.
-    const QString where = LinkResolver(m_fileManager->systemCalls()).resolvingSymbolicLinks(bundlePath);
-    BundleSizeSink sink;
-    m_fileManager->walk(where, sink);
-    return {sink.allocatedBytes, sink.logicalBytes};
 }
 
 } // namespace kestrow

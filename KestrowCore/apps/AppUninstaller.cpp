@@ -61,10 +61,14 @@ UninstallSummary AppUninstaller::uninstall(const InstalledApp& app, bool dryRun,
     const bool bundleTargeted = options.includeBundle && m_fileManager->fileExists(app.bundlePath);
     if (bundleTargeted)
         targets.append(app.bundlePath);
-    if (options.includeDependencies)
-        for (const ResolvedDependency& dependency : footprint.dependencies())
-            if (dependency.path != app.bundlePath && m_fileManager->fileExists(dependency.path))
-                targets.append(dependency.path);
+    // What belongs to the application itself beside its bundle (a Linux program's own entry and
+    // icons) goes with the bundle; the rest is its data.
+    for (const ResolvedDependency& dependency : footprint.dependencies()) {
+        const bool wanted = dependency.location == DependencyLocation::applicationBundle ? options.includeBundle
+                                                                                         : options.includeDependencies;
+        if (wanted && dependency.path != app.bundlePath && m_fileManager->fileExists(dependency.path))
+            targets.append(dependency.path);
+    }
 
     UninstallSummary summary{
         .id = QUuid::createUuid(),

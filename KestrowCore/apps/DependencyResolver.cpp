@@ -4,6 +4,7 @@
 #include "platform/LinkResolver.h"
 #include "platform/PathText.h"
 #include "platform/ProcessFolders.h"
+#include "platform/XdgBaseFolders.h"
 
 #include <QSet>
 
@@ -33,18 +34,60 @@ const QStringList& blockedNames()
     return names;
 }
 
+// Shared folders and files of a Linux home's XDG folders, and the launchers that start other
+// programs: never a candidate there either.
+const QStringList& linuxBlockedNames()
+{
+    static const QStringList names{
+        QStringLiteral("autostart"),
+        QStringLiteral("applications"),
+        QStringLiteral("icons"),
+        QStringLiteral("fonts"),
+        QStringLiteral("mime"),
+        QStringLiteral("systemd"),
+        QStringLiteral("dconf"),
+        QStringLiteral("gtk-2.0"),
+        QStringLiteral("gtk-3.0"),
+        QStringLiteral("gtk-4.0"),
+        QStringLiteral("pulse"),
+        QStringLiteral("Trash"),
+        QStringLiteral("keyrings"),
+        QStringLiteral("menus"),
+        QStringLiteral("desktop-directories"),
+        QStringLiteral("fontconfig"),
+        QStringLiteral("flatpak"),
+        QStringLiteral("snap"),
+        QStringLiteral("env"),
+        QStringLiteral("sh"),
+        QStringLiteral("bash"),
+        QStringLiteral("sessions"),
+        QStringLiteral("recently-used.xbel"),
+        QStringLiteral("mimeapps.list"),
+        QStringLiteral("user-dirs.dirs"),
+        QStringLiteral("user-dirs.locale"),
+        QStringLiteral("themes"),
+        QStringLiteral("gvfs-metadata"),
+        QStringLiteral("xdg-desktop-portal"),
+        QStringLiteral("pipewire"),
+        QStringLiteral("wireplumber"),
+        QStringLiteral("gnome-shell"),
+    };
+    return names;
+}
+
 void addOnce(QStringList& list, const QString& text)
 {
     if (!text.isEmpty() && !list.contains(text))
         list.append(text);
 }
 
-QStringList filtered(const QStringList& candidates, qsizetype minimumLength)
+QStringList filtered(const QStringList& candidates, qsizetype minimumLength, HostSystem host)
 {
     QStringList kept;
     for (const QString& candidate : candidates) {
         if (candidate.size() < minimumLength || blockedNames().contains(candidate) ||
-            candidate.startsWith(QLatin1String("com.apple.")))
+            candidate.startsWith(QLatin1String("com.apple.")) ||
+            (host == HostSystem::gnuLinux && linuxBlockedNames().contains(candidate, Qt::CaseInsensitive)))
             continue;
         kept.append(candidate);
     }
@@ -82,12 +125,14 @@ bool isWithin(const QString& path, const QString& folder)
 class DependencyResolver::Run {
 public:
     Run(const DependencyResolver& resolver, const InstalledApp& app)
-        : m_fileManager(*resolver.m_fileManager)
+        : m_host(resolver.m_host)
+        , m_fileManager(*resolver.m_fileManager)
         , m_links(m_fileManager.systemCalls())
         , m_measurer(m_fileManager)
         , m_library(PathText::appending(resolver.m_home, QStringLiteral("Library")))
         , m_home(resolver.m_home)
         , m_bundle(app.bundlePath)
+        , m_icon(app.iconPath)
         , m_candidates(resolver.generateSearchCandidates(app))
     {
         m_allCandidates = m_candidates.candidateBundleIds + m_candidates.candidateNames;
@@ -99,18 +144,22 @@ public:
             m_visited.insert(visitKey(PathText::standardizing(m_bundle)));
             append(PathText::standardizing(m_bundle), DependencyLocation::applicationBundle);
         }
+        if (m_host == HostSystem::gnuLinux) {
+            resolveXdg();
+            return std::move(m_results);
+        }
         const QStringList shipIt{{}, QStringLiteral(".ShipIt"), QStringLiteral(".shipit")};
         const QStringList cookies{{}, QStringLiteral(".binarycookies")};
-        byName(QStringLiteral("Application Support"), DependencyLocation::applicationSupport, {{}}, true);
-        byName(QStringLiteral("Caches"), DependencyLocation::caches, shipIt, true);
+        inFolder(folder(QStringLiteral("Application Support")), DependencyLocation::applicationSupport, {{}}, true);
+        inFolder(folder(QStringLiteral("Caches")), DependencyLocation::caches, shipIt, true);
         preferences();
-        byName(QStringLiteral("Saved Application State"), DependencyLocation::savedApplicationState,
-               {QStringLiteral(".savedState")}, false);
-        byName(QStringLiteral("WebKit"), DependencyLocation::webKit, {{}}, false);
-        byName(QStringLiteral("HTTPStorages"), DependencyLocation::httpStorages, cookies, false);
-        byName(QStringLiteral("Containers"), DependencyLocation::containers, {{}}, false);
+        inFolder(folder(QStringLiteral("Saved Application State")), DependencyLocation::savedApplicationState,
+                 {QStringLiteral(".savedState")}, false);
+        inFolder(folder(QStringLiteral("WebKit")), DependencyLocation::webKit, {{}}, false);
+        inFolder(folder(QStringLiteral("HTTPStorages")), DependencyLocation::httpStorages, cookies, false);
+        inFolder(folder(QStringLiteral("Containers")), DependencyLocation::containers, {{}}, false);
         groupContainers();
-        byName(QStringLiteral("Application Scripts"), DependencyLocation::applicationScripts, {{}}, false);
+        inFolder(folder(QStringLiteral("Application Scripts")), DependencyLocation::applicationScripts, {{}}, false);
         launchAgents();
         crashReports();
         logFolders();
@@ -119,6 +168,54 @@ public:
 
 private:
     [[nodiscard]] QString folder(const QString& relative) const { return PathText::appending(m_library, relative); }
+
+    // The XDG folders stand for the Library's: settings for preferences, data for application
+    // support, state for saved state, the Flatpak and Snap data folders for containers, and
+    // autostart entries for launch agents.
+    void resolveXdg()
+    {
+        const XdgBaseFolders xdg = XdgBaseFolders::forHome(m_home);
+        const QString applications = PathText::appending(xdg.dataHome, QStringLiteral("applications"));
+        for (const QString& id : m_candidates.candidateBundleIds)
+            appendIfValid(applications, id + QStringLiteral(".desktop"), DependencyLocation::applicationBundle);
+        icons(PathText::appending(xdg.dataHome, QStringLiteral("icons")));
+        inFolder(xdg.configHome, DependencyLocation::preferences, {{}}, true);
+        inFolder(xdg.dataHome, DependencyLocation::applicationSupport, {{}}, true);
+        inFolder(xdg.cacheHome, DependencyLocation::caches, {{}}, true);
+        inFolder(xdg.stateHome, DependencyLocation::savedApplicationState, {{}}, false);
+        const QString flatpakData = PathText::appending(m_home, QStringLiteral(".var/app"));
+        for (const QString& id : m_candidates.candidateBundleIds)
+            appendIfValid(flatpakData, id, DependencyLocation::containers);
+        inFolder(PathText::appending(m_home, QStringLiteral("snap")), DependencyLocation::containers, {{}}, false);
+        inFolder(PathText::appending(xdg.configHome, QStringLiteral("autostart")), DependencyLocation::launchAgents,
+                 {QStringLiteral(".desktop")}, false);
+    }
+
+    // Each candidate with each suffix, then (when asked) each vendor subpath, as entries of
+    // the folder `base`.
+    void inFolder(const QString& base, DependencyLocation location, const QStringList& suffixes, bool vendors)
+    {
+        if (!isDirectory(base))
+            return;
+        for (const QString& candidate : m_allCandidates)
+            for (const QString& suffix : suffixes)
+                appendIfValid(base, candidate + suffix, location);
+        if (vendors)
+            for (const QString& subpath : m_candidates.vendorSubpaths)
+                appendIfValid(base, subpath, location);
+    }
+
+    // The application's icon in the home's icon themes, in every size: "<theme>/<size>/apps/<name>".
+    void icons(const QString& base)
+    {
+        if (!m_icon || !isWithin(PathText::standardizing(*m_icon), PathText::standardizing(base)))
+            return;
+        const QString name = PathText::lastComponent(*m_icon);
+        for (const QString& theme : entries(base))
+            for (const QString& size : entries(PathText::appending(base, theme)))
+                appendIfValid(base, theme + QLatin1Char('/') + size + QStringLiteral("/apps/") + name,
+                              DependencyLocation::applicationBundle);
+    }
 
     [[nodiscard]] bool isDirectory(const QString& path) const
     {
@@ -140,21 +237,6 @@ private:
     }
 
     [[nodiscard]] QString visitKey(const QString& standardized) const { return resolved(standardized).toLower(); }
-
-    // Each candidate with each suffix, then (when asked) each vendor subpath, as entries of
-    // the Library folder `relative`.
-    void byName(const QString& relative, DependencyLocation location, const QStringList& suffixes, bool vendors)
-    {
-        const QString base = folder(relative);
-        if (!isDirectory(base))
-            return;
-        for (const QString& candidate : m_allCandidates)
-            for (const QString& suffix : suffixes)
-                appendIfValid(base, candidate + suffix, location);
-        if (vendors)
-            for (const QString& subpath : m_candidates.vendorSubpaths)
-                appendIfValid(base, subpath, location);
-    }
 
     void preferences()
     {
@@ -271,12 +353,14 @@ private:
         });
     }
 
+    HostSystem m_host;
     const FileManager& m_fileManager;
     LinkResolver m_links;
     FootprintMeasurer m_measurer;
     QString m_library;
     QString m_home;
     QString m_bundle;
+    std::optional<QString> m_icon;
     SearchCandidates m_candidates;
     QStringList m_allCandidates;
     QSet<QString> m_visited;
@@ -287,6 +371,7 @@ DependencyResolver::DependencyResolver(Options options)
     : m_home(options.homeURL.isEmpty() ? ProcessFolders::home() : std::move(options.homeURL))
     , m_fileManager(options.fileManager ? std::move(options.fileManager) : std::make_shared<const FileManager>())
     , m_entitlementsReader(std::move(options.entitlementsReader))
+    , m_host(options.host.value_or(currentHostSystem()))
 {
 }
 
@@ -321,6 +406,14 @@ DependencyResolver::SearchCandidates DependencyResolver::generateSearchCandidate
     }
     if (parts.size() >= 3 && parts.last().size() >= 3)
         addOnce(names, parts.last());
+    if (m_host == HostSystem::gnuLinux) {
+        // The program's own name ("gnome-text-editor") and the window class in lower case
+        // ("obsidian"); an AppImage's file name is no program name.
+        if (app.executablePath && !app.executablePath->endsWith(QLatin1String(".appimage"), Qt::CaseInsensitive))
+            addOnce(names, PathText::lastComponent(*app.executablePath));
+        if (bundleName)
+            addOnce(names, bundleName->toLower());
+    }
 
     QStringList vendors;
     if (parts.size() >= 3) {
@@ -346,8 +439,8 @@ DependencyResolver::SearchCandidates DependencyResolver::generateSearchCandidate
         .primaryBundleId = identifier,
         .primaryDisplayName = displayName,
         .bundleName = bundleName,
-        .candidateNames = filtered(names, 2),
-        .candidateBundleIds = filtered(ids, 3),
+        .candidateNames = filtered(names, 2, m_host),
+        .candidateBundleIds = filtered(ids, 3, m_host),
         .vendorSubpaths = vendors,
         .appGroupIds = groups,
     };

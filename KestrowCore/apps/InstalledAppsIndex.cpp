@@ -62,6 +62,30 @@ InstalledAppsIndex::InstalledAppsIndex(const std::vector<InstalledApp>& apps)
     }
 }
 
+void InstalledAppsIndex::addInstalledNames(const QSet<QString>& names)
+{
+    for (const QString& name : names) {
+        const QString lowered = name.toLower();
+        QStringList forms{lowered};
+        if (lowered.startsWith(QLatin1String("lib")) && lowered.size() > 3)
+            forms.append(lowered.mid(3));
+        for (const QString& form : forms) {
+            exactDisplayNames.insert(form);
+            bundleBasenames.insert(form);
+            insertNonEmpty(normalizedAppTokens, TokenNormalizer::normalize(form));
+            if (form.count(QLatin1Char('.')) >= 2) {
+                exactBundleIDs.insert(form);
+                addLastPart(form);
+            }
+            QSet<QString> tokens;
+            for (const QString& token : TokenNormalizer::tokenize(form))
+                tokens.insert(token);
+            if (!tokens.isEmpty())
+                appDiscreteTokenSets.push_back(std::move(tokens));
+        }
+    }
+}
+
 void InstalledAppsIndex::addLastPart(const QString& identifier)
 {
     const QString last = identifier.split(QLatin1Char('.')).last().toLower();

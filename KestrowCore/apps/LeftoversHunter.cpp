@@ -1,8 +1,12 @@
 #include "apps/LeftoversHunter.h"
 
 #include "apps/Whitelist.h"
+#include "platform/DesktopApplications.h"
+#include "platform/DesktopEntryFile.h"
+#include "platform/InstalledSoftwareNames.h"
 #include "platform/PathText.h"
 #include "platform/ProcessFolders.h"
+#include "platform/XdgBaseFolders.h"
 #include "support/KestrowError.h"
 #include "support/TimeStamp.h"
 
@@ -10,13 +14,13 @@ namespace kestrow {
 
 namespace {
 
-struct CandidateFolder {
+struct LibraryFolder {
     DependencyLocation location;
     const char* relative;
 };
 
 // In the order the scan visits them and reports its results.
-constexpr std::array<CandidateFolder, 10> candidateFolders{{
+constexpr std::array<LibraryFolder, 10> libraryFolders{{
     {DependencyLocation::applicationSupport, "Library/Application Support"},
     {DependencyLocation::caches, "Library/Caches"},
     {DependencyLocation::preferences, "Library/Preferences"},
@@ -41,6 +45,15 @@ void throwIfStopped(const std::stop_token& stop)
 QString withoutEnding(const QString& name, const QString& ending)
 {
     return name.endsWith(ending) ? name.left(name.size() - ending.size()) : name;
+}
+
+// The row for an identifier in a place that no row of its own describes.
+LeftoversHunter::OrphanVerdict orphanedDependency(const QString& bundleID)
+{
+    return {0.9,
+            QStringLiteral("Orphaned dependency item for uninstalled bundle identifier '") + bundleID +
+                QStringLiteral("'."),
+            RiskTier::safeToDelete};
 }
 
 // Regular files below a folder: their bytes and their latest change.
@@ -68,7 +81,46 @@ LeftoversHunter::LeftoversHunter(Options options)
     , m_fileManager(options.fileManager ? std::move(options.fileManager) : std::make_shared<const FileManager>())
     , m_appScanner(std::move(options.appScanner))
     , m_appsProvider(std::move(options.appsProvider))
+    , m_host(options.host.value_or(currentHostSystem()))
+    , m_softwareRoot(options.softwareRoot ? std::move(*options.softwareRoot) : SoftwareRoot::system())
 {
+}
+
+std::vector<LeftoversHunter::CandidateFolder> LeftoversHunter::candidateFolders() const
+{
+    std::vector<CandidateFolder> folders;
+    if (m_host != HostSystem::gnuLinux) {
+        for (const LibraryFolder& folder : libraryFolders)
+            folders.push_back({folder.location, PathText::appending(m_home, QString::fromLatin1(folder.relative))});
+        return folders;
+    }
+    const XdgBaseFolders xdg = XdgBaseFolders::forHome(m_home);
+    return {
+        {DependencyLocation::preferences, xdg.configHome},
+        {DependencyLocation::applicationSupport, xdg.dataHome},
+        {DependencyLocation::caches, xdg.cacheHome},
+        {DependencyLocation::savedApplicationState, xdg.stateHome},
+        {DependencyLocation::containers, PathText::appending(m_home, QStringLiteral(".var/app"))},
+        {DependencyLocation::launchAgents, PathText::appending(xdg.configHome, QStringLiteral("autostart"))},
+    };
+}
+
+InstalledAppsIndex LeftoversHunter::linuxIndex(const std::vector<InstalledApp>& apps) const
+{
+    InstalledAppsIndex index(apps);
+    QSet<QString> names = InstalledSoftwareNames(m_fileManager, m_softwareRoot, m_home).all();
+    // Every entry counts, the system's, hidden and undisplayed ones too: each names something
+    // installed.
+    for (const DesktopApplication& entry : DesktopApplications(m_fileManager, m_softwareRoot, m_home).entries()) {
+        names.insert(entry.desktopId);
+        names.insert(entry.name);
+        for (const std::optional<QString>& name :
+             {entry.startupWMClass, entry.flatpakId, entry.snapName, entry.program, entry.tryExec})
+            if (name && !name->isEmpty())
+                names.insert(PathText::lastComponent(*name));
+    }
+    index.addInstalledNames(names);
+    return index;
 }
 
 std::vector<AppLeftover>
@@ -83,17 +135,17 @@ LeftoversHunter::scanForLeftovers(const std::optional<std::vector<InstalledApp>>
         apps = m_appsProvider();
     else if (m_appScanner)
         apps = m_appScanner->scanInstalledApps(false, stop);
-    const InstalledAppsIndex index(apps);
+    const InstalledAppsIndex index = m_host == HostSystem::gnuLinux ? linuxIndex(apps) : InstalledAppsIndex(apps);
 
+    const std::vector<CandidateFolder> folders = candidateFolders();
     std::vector<AppLeftover> found;
-    for (std::size_t done = 0; done < candidateFolders.size(); ++done) {
-        const CandidateFolder& folder = candidateFolders[done];
+    for (std::size_t done = 0; done < folders.size(); ++done) {
+        const CandidateFolder& folder = folders[done];
         throwIfStopped(stop);
         if (progress)
             progress(QStringLiteral("Scanning ") + folder.location.displayName(),
-                     static_cast<double>(done) / static_cast<double>(candidateFolders.size()));
-        scanCandidateLocation(PathText::appending(m_home, QString::fromLatin1(folder.relative)), folder.location, index,
-                              found);
+                     static_cast<double>(done) / static_cast<double>(folders.size()));
+        scanCandidateLocation(folder.path, folder.location, index, found);
     }
     if (progress)
         progress(QStringLiteral("Complete"), 1.0);
@@ -139,8 +191,7 @@ LeftoversHunter::OrphanVerdict LeftoversHunter::evaluateOrphan(const QString& na
             return {0.85, QStringLiteral("Orphaned LaunchAgent plist for uninstalled application ") + quoted,
                     RiskTier::reviewRequired};
         default:
-            return {0.9, QStringLiteral("Orphaned dependency item for uninstalled bundle identifier ") + quoted,
-                    RiskTier::safeToDelete};
+            return orphanedDependency(*bundleID);
         }
     }
     bool isDirectory = false;
@@ -155,6 +206,58 @@ LeftoversHunter::OrphanVerdict LeftoversHunter::evaluateOrphan(const QString& na
     return {0.75, QStringLiteral("Item '") + name + unclaimed, RiskTier::reviewRequired};
 }
 
+LeftoversHunter::Identifier LeftoversHunter::parseLinuxIdentifier(const QString& fileName, DependencyLocation location,
+                                                                  bool isDirectory)
+{
+    static const QStringList settingsEndings{
+        QStringLiteral(".conf"), QStringLiteral(".ini"),    QStringLiteral(".json"), QStringLiteral(".xml"),
+        QStringLiteral(".cfg"),  QStringLiteral(".toml"),   QStringLiteral(".yaml"), QStringLiteral(".yml"),
+        QStringLiteral(".db"),   QStringLiteral(".sqlite"), QStringLiteral(".log"),  QStringLiteral(".lock")};
+    QString name = fileName;
+    if (location == DependencyLocation::launchAgents) {
+        name = withoutEnding(name, QStringLiteral(".desktop"));
+    } else if (!isDirectory) {
+        for (const QString& ending : settingsEndings)
+            if (name.endsWith(ending) && name.size() > ending.size()) {
+                name.chop(ending.size());
+                break;
+            }
+    }
+    const bool isIdentifier =
+        name.split(QLatin1Char('.'), Qt::SkipEmptyParts).size() >= 2 && !name.contains(QLatin1Char(' '));
+    return {name, isIdentifier ? std::optional<QString>(name) : std::nullopt};
+}
+
+LeftoversHunter::OrphanVerdict LeftoversHunter::evaluateLinuxOrphan(const QString& name,
+                                                                    const std::optional<QString>& bundleID,
+                                                                    DependencyLocation location,
+                                                                    const QString& path) const
+{
+    // The rows written for the Library's preference files and launch agents speak of property
+    // lists; Linux's settings and autostart entries take the general row.
+    const bool generalRow = location == DependencyLocation::preferences || location == DependencyLocation::launchAgents;
+    OrphanVerdict verdict =
+        generalRow && bundleID ? orphanedDependency(*bundleID) : evaluateOrphan(name, bundleID, location, path);
+    if (location != DependencyLocation::caches)
+        verdict.tier = RiskTier::reviewRequired;
+    return verdict;
+}
+
+bool LeftoversHunter::startsAnInstalledProgram(const QString& entryPath) const
+{
+    const std::optional<DesktopEntryFile> entry = DesktopEntryFile::read(*m_fileManager, entryPath);
+    if (!entry)
+        return false;
+    const QString group = QStringLiteral("Desktop Entry");
+    const std::optional<QString> exec = entry->string(group, QStringLiteral("Exec"));
+    const std::optional<QStringList> arguments = exec ? DesktopEntryFile::execArguments(*exec) : std::nullopt;
+    if (!arguments || arguments->isEmpty())
+        return false;
+    const DesktopApplications applications(m_fileManager, m_softwareRoot, m_home);
+    const std::optional<QString> program = applications.programPath(arguments->first());
+    return program && m_fileManager->fileExists(*program);
+}
+
 void LeftoversHunter::scanCandidateLocation(const QString& base, DependencyLocation location,
                                             const InstalledAppsIndex& index, std::vector<AppLeftover>& found) const
 {
@@ -162,15 +265,26 @@ void LeftoversHunter::scanCandidateLocation(const QString& base, DependencyLocat
     const DirectoryListing listing = m_fileManager->contentsOfDirectory(base, true);
     if (!listing.ok())
         return;
+    const bool onLinux = m_host == HostSystem::gnuLinux;
     for (const DirectoryEntry& entry : listing.entries) {
-        const Identifier parsed = parseIdentifier(entry.name, location);
-        if (Whitelist::isProtected(parsed.name, parsed.bundleID))
+        const Identifier parsed = onLinux ? parseLinuxIdentifier(entry.name, location, entry.isDirectory)
+                                          : parseIdentifier(entry.name, location);
+        if (Whitelist::isProtected(parsed.name, parsed.bundleID) ||
+            (onLinux &&
+             (Whitelist::isLinuxDesktopComponent(entry.name) || Whitelist::isLinuxDesktopComponent(parsed.name))))
             continue;
         if (index.matchesInstalledApp(entry.name) || (parsed.bundleID && index.matchesInstalledApp(*parsed.bundleID)) ||
             index.matchesInstalledApp(parsed.name))
             continue;
+        // KDE names a program's settings file after it with "rc" added: "kateeditorrc".
+        if (onLinux && !entry.isDirectory && parsed.name.endsWith(QLatin1String("rc")) && parsed.name.size() > 2 &&
+            index.matchesInstalledApp(parsed.name.chopped(2)))
+            continue;
         const QString path = PathText::appending(base, entry.name);
-        const OrphanVerdict verdict = evaluateOrphan(parsed.name, parsed.bundleID, location, path);
+        if (onLinux && location == DependencyLocation::launchAgents && startsAnInstalledProgram(path))
+            continue;
+        const OrphanVerdict verdict = onLinux ? evaluateLinuxOrphan(parsed.name, parsed.bundleID, location, path)
+                                              : evaluateOrphan(parsed.name, parsed.bundleID, location, path);
         if (verdict.confidence < reportedConfidence)
             continue;
         const ItemMetrics metrics = computeItemMetrics(path);

@@ -5,6 +5,8 @@
 #include "apps/InstalledApp.h"
 #include "apps/InstalledAppsIndex.h"
 #include "platform/FileManager.h"
+#include "platform/HostSystem.h"
+#include "platform/SoftwareRoot.h"
 #include "storage/RiskTier.h"
 
 #include <QString>
@@ -19,7 +21,10 @@ namespace kestrow {
 
 // Finds what uninstalled applications left in the home's Library: every entry of ten Library
 // folders that no installed application could own and no whitelist protects, with how sure
-// it is, why, and a suggested tier. Reads only; keeps nothing between scans.
+// it is, why, and a suggested tier. On Linux it searches the XDG folders, the Flatpak data
+// folders and the autostart entries, against everything installed (all desktop entries,
+// packages, Flatpaks, Snaps and the programs on the search path), and only caches may be safe
+// to clean. Reads only; keeps nothing between scans.
 class LeftoversHunter {
 public:
     // The installed applications, as a host has them; may throw.
@@ -32,6 +37,8 @@ public:
         std::shared_ptr<const FileManager> fileManager;
         std::shared_ptr<const AppScanner> appScanner; // asked when there is no provider
         AppsProvider appsProvider;                    // absent: the scanner's list, or none without a scanner
+        std::optional<HostSystem> host;               // absent: the one this runs on
+        std::optional<SoftwareRoot> softwareRoot;     // Linux; absent: the machine's own
     };
 
     struct Identifier {
@@ -59,6 +66,14 @@ public:
     [[nodiscard]] static Identifier parseIdentifier(const QString& fileName, DependencyLocation location);
     [[nodiscard]] OrphanVerdict evaluateOrphan(const QString& name, const std::optional<QString>& bundleID,
                                                DependencyLocation location, const QString& path) const;
+    // The Linux form of both: a settings file's ending ("editor.conf", KDE's "editorrc") is no
+    // part of the name, nor an autostart entry's ".desktop".
+    [[nodiscard]] static Identifier parseLinuxIdentifier(const QString& fileName, DependencyLocation location,
+                                                         bool isDirectory);
+    // The same rows, leaning to the safe side: only a cache is safe to clean; settings, data,
+    // state, sandboxes and autostart entries need a review.
+    [[nodiscard]] OrphanVerdict evaluateLinuxOrphan(const QString& name, const std::optional<QString>& bundleID,
+                                                    DependencyLocation location, const QString& path) const;
 
 private:
     struct ItemMetrics {
@@ -67,14 +82,25 @@ private:
         std::optional<QDateTime> lastModifiedDate;
     };
 
+    struct CandidateFolder {
+        DependencyLocation location;
+        QString path;
+    };
+
+    [[nodiscard]] std::vector<CandidateFolder> candidateFolders() const;
+    [[nodiscard]] InstalledAppsIndex linuxIndex(const std::vector<InstalledApp>& apps) const;
     void scanCandidateLocation(const QString& base, DependencyLocation location, const InstalledAppsIndex& index,
                                std::vector<AppLeftover>& found) const;
+    // An autostart entry whose program is still there starts something installed.
+    [[nodiscard]] bool startsAnInstalledProgram(const QString& entryPath) const;
     [[nodiscard]] ItemMetrics computeItemMetrics(const QString& path) const;
 
     QString m_home;
     std::shared_ptr<const FileManager> m_fileManager;
     std::shared_ptr<const AppScanner> m_appScanner;
     AppsProvider m_appsProvider;
+    HostSystem m_host;
+    SoftwareRoot m_softwareRoot;
 };
 
 } // namespace kestrow

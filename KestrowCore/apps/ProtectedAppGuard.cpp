@@ -90,6 +90,19 @@ bool ProtectedAppGuard::isCoreAppleBundleIdentifier(const QString& bundleIdentif
     return coreAppleBundleIdentifiers().contains(bundleIdentifier);
 }
 
+ProtectionEvaluation ProtectedAppGuard::flatpakProtection(const QString& applicationId, bool userInstallation)
+{
+    return ProtectionEvaluation::from(QStringLiteral("Installed with Flatpak: remove it with `flatpak uninstall ") +
+                                      (userInstallation ? QStringLiteral("--user ") : QStringLiteral("--system ")) +
+                                      applicationId + QStringLiteral("`; its data can still be swept"));
+}
+
+ProtectionEvaluation ProtectedAppGuard::snapProtection(const QString& snapName)
+{
+    return ProtectionEvaluation::from(QStringLiteral("Installed with Snap: remove it with `snap remove ") + snapName +
+                                      QStringLiteral("`; its data can still be swept"));
+}
+
 ProtectedAppGuard::ProtectedAppGuard(Options options)
     : m_fileManager(options.fileManager ? std::move(options.fileManager) : std::make_shared<const FileManager>())
     , m_runningAppsProvider(std::move(options.runningAppsProvider))

@@ -41,6 +41,11 @@ public:
     // The identifiers of the operating system's own applications.
     [[nodiscard]] static bool isCoreAppleBundleIdentifier(const QString& bundleIdentifier);
 
+    // Flatpak and Snap applications are removed with their own tools, never by moving their
+    // files; their data may still be swept.
+    [[nodiscard]] static ProtectionEvaluation flatpakProtection(const QString& applicationId, bool userInstallation);
+    [[nodiscard]] static ProtectionEvaluation snapProtection(const QString& snapName);
+
     explicit ProtectedAppGuard(Options options = {});
 
     // The bundle's signature; a bundle without a readable one reports `unsignedCode`.

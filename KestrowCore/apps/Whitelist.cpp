@@ -107,6 +107,125 @@ const QSet<QString>& sharedInfrastructure()
     return rows;
 }
 
+const QSet<QString>& linuxDesktopComponents()
+{
+    static const QSet<QString> rows = textSet({
+        "akonadi",
+        "applications",
+        "at-spi",
+        "at-spi2",
+        "autostart",
+        "backgrounds",
+        "baloo",
+        "color-schemes",
+        "containers",
+        "dbus",
+        "dbus-1",
+        "dconf",
+        "desktop-directories",
+        "enchant",
+        "event-sound-cache.tdb",
+        "evolution",
+        "flatpak",
+        "fontconfig",
+        "fonts",
+        "gegl-0.4",
+        "babl",
+        "goa-1.0",
+        "gstreamer-1.0",
+        "gvfs",
+        "gvfs-metadata",
+        "ibus",
+        "icons",
+        "kactivitymanagerd",
+        "kcookiejar",
+        "kded5",
+        "kded6",
+        "keyrings",
+        "kscreen",
+        "kservices5",
+        "ksycoca5",
+        "kwallet",
+        "kwalletd",
+        "kxmlgui5",
+        "locale",
+        "mesa_shader_cache",
+        "mesa_shader_cache_db",
+        "menus",
+        "mime",
+        "mimeapps.list",
+        "monitors.xml",
+        "mozilla",
+        "nautilus",
+        "nvidia",
+        "obexd",
+        "openbox",
+        "pipewire",
+        "pki",
+        "procps",
+        "pulse",
+        "qtproject",
+        "radv_builtin_shaders64",
+        "recently-used.xbel",
+        "remoteview",
+        "sandbox",
+        "session",
+        "sessions",
+        "snap",
+        "sounds",
+        "systemd",
+        "themes",
+        "thumbnails",
+        "trash",
+        "trolltech",
+        "ubuntu-report",
+        "update-notifier",
+        "user-places.xbel",
+        "vulkan",
+        "webkitgtk",
+        "whoopsie",
+        "wireplumber",
+        "xorg",
+        "xsettingsd",
+        "gnome-shell",
+        "gnome-session",
+        "gnome-settings-daemon",
+    });
+    return rows;
+}
+
+// Families of the desktop's components, named by a common beginning.
+const QStringList& linuxDesktopPrefixes()
+{
+    static const QStringList prefixes{
+        QStringLiteral("gnome-"),
+        QStringLiteral("org.gnome."),
+        QStringLiteral("org.kde."),
+        QStringLiteral("org.freedesktop."),
+        QStringLiteral("kde"),
+        QStringLiteral("plasma"),
+        QStringLiteral("xfce"),
+        QStringLiteral("lxqt"),
+        QStringLiteral("lxde"),
+        QStringLiteral("lxsession"),
+        QStringLiteral("lxpanel"),
+        QStringLiteral("cinnamon"),
+        QStringLiteral("mate-"),
+        QStringLiteral("tracker"),
+        QStringLiteral("xdg-desktop-portal"),
+        QStringLiteral("user-dirs."),
+        QStringLiteral("gtk-"),
+        QStringLiteral("fcitx"),
+        QStringLiteral("kwin"),
+        QStringLiteral("kglobal"),
+        QStringLiteral("evolution"),
+        QStringLiteral("event-sound-cache"),
+        QStringLiteral("xorg."),
+        QStringLiteral("monitors.xml"),
+    };
+    return prefixes;
+}
+
 bool hasAppleBundlePrefix(const QString& lowered)
 {
     return lowered.startsWith(QLatin1String("com.apple.")) || lowered.startsWith(QLatin1String("group.com.apple."));
@@ -121,6 +240,15 @@ bool Whitelist::isProtected(const QString& name, const std::optional<QString>& b
     const QString lowered = name.toLower();
     return hasAppleBundlePrefix(lowered) || systemComponents().contains(lowered) ||
            developerTools().contains(lowered) || sharedInfrastructure().contains(lowered);
+}
+
+bool Whitelist::isLinuxDesktopComponent(const QString& name)
+{
+    const QString lowered = name.toLower();
+    if (linuxDesktopComponents().contains(lowered))
+        return true;
+    return std::any_of(linuxDesktopPrefixes().begin(), linuxDesktopPrefixes().end(),
+                       [&lowered](const QString& prefix) { return lowered.startsWith(prefix); });
 }
 
 } // namespace kestrow

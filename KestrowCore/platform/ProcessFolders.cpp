@@ -49,4 +49,9 @@ QStringList ProcessFolders::configDirectories()
     return absoluteFolders("XDG_CONFIG_DIRS", "/etc/xdg");
 }
 
+QStringList ProcessFolders::dataDirectories()
+{
+    return absoluteFolders("XDG_DATA_DIRS", "/usr/local/share:/usr/share");
+}
+
 } // namespace kestrow

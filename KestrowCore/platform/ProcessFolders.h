@@ -20,6 +20,9 @@ public:
     // The system configuration folders of XDG_CONFIG_DIRS, in order of precedence; "/etc/xdg"
     // when it is not set.
     [[nodiscard]] static QStringList configDirectories();
+    // The system data folders of XDG_DATA_DIRS, in order of precedence; "/usr/local/share" and
+    // "/usr/share" when it is not set.
+    [[nodiscard]] static QStringList dataDirectories();
 };
 
 } // namespace kestrow

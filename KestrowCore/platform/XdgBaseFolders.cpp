@@ -22,7 +22,8 @@ XdgBaseFolders XdgBaseFolders::below(const QString& home)
 {
     return {.cacheHome = PathText::appending(home, QStringLiteral(".cache")),
             .configHome = PathText::appending(home, QStringLiteral(".config")),
-            .dataHome = PathText::appending(home, QStringLiteral(".local/share"))};
+            .dataHome = PathText::appending(home, QStringLiteral(".local/share")),
+            .stateHome = PathText::appending(home, QStringLiteral(".local/state"))};
 }
 
 XdgBaseFolders XdgBaseFolders::forHome(const QString& home)
@@ -35,6 +36,7 @@ XdgBaseFolders XdgBaseFolders::forHome(const QString& home)
     folders.cacheHome = folderOf("XDG_CACHE_HOME", folders.cacheHome);
     folders.configHome = folderOf("XDG_CONFIG_HOME", folders.configHome);
     folders.dataHome = folderOf("XDG_DATA_HOME", folders.dataHome);
+    folders.stateHome = folderOf("XDG_STATE_HOME", folders.stateHome);
     return folders;
 }
 

@@ -17,17 +17,19 @@ using namespace kestrow::test;
 TEST(AppsCommand, ListsTheApplicationsOfTheGivenFoldersAsATableOrJson)
 {
     TestHome home;
-    SyntheticApps::make(home, {.path = QStringLiteral("Apps/Widget.app"),
-                               .info = SyntheticApps::info(QStringLiteral("com.acme.widget"), QStringLiteral("Widget"),
-                                                           QStringLiteral("3.2")),
-                               .executable = SyntheticApps::elf(SyntheticApps::elfX86_64),
-                               .dataFiles = 3,
-                               .dataFileBytes = 100000});
-    SyntheticApps::make(home, {.path = QStringLiteral("More/Folder/bare.app")});
-    SyntheticApps::make(home, {.path = QStringLiteral("Applications/Ignored.app")});
+    const QString widget = home.writeFile(QStringLiteral("Apps/Widget-3.2.AppImage"),
+                                          SyntheticApps::elf(SyntheticApps::elfX86_64) + QByteArray(100000, 'w'));
+    home.writeFile(QStringLiteral("Apps/com.acme.widget.desktop"),
+                   (QStringLiteral("[Desktop Entry]\nType=Application\nName=Widget\nX-AppImage-Version=3.2\nExec=") +
+                    widget + QLatin1Char('\n'))
+                       .toUtf8());
+    home.writeFile(QStringLiteral("More/bare.AppImage"), 100);
+    home.writeFile(QStringLiteral("Applications/Ignored.AppImage"), 100);
+    home.makeDirectory(QStringLiteral("root"));
     const QStringList where{QStringLiteral("--home"),         home.path(),
                             QStringLiteral("--applications"), home.path(QStringLiteral("Apps")),
-                            QStringLiteral("--applications"), home.path(QStringLiteral("More"))};
+                            QStringLiteral("--applications"), home.path(QStringLiteral("More")),
+                            QStringLiteral("--system-root"),  home.path(QStringLiteral("root"))};
 
     const KestrowRun table = runKestrow(QStringList{QStringLiteral("apps"), QStringLiteral("list")} + where);
     ASSERT_EQ(table.exitCode, 0) << table.err.toStdString();
@@ -49,7 +51,7 @@ TEST(AppsCommand, ListsTheApplicationsOfTheGivenFoldersAsATableOrJson)
     ASSERT_EQ(apps.size(), 2);
     EXPECT_EQ(apps[1][QStringLiteral("bundleIdentifier")].toString(), QStringLiteral("com.acme.widget"));
     EXPECT_EQ(apps[1][QStringLiteral("architecture")].toString(), QStringLiteral("x86_64"));
-    EXPECT_EQ(apps[0][QStringLiteral("bundleIdentifier")].toString(), QStringLiteral("com.unknown.bare"));
+    EXPECT_EQ(apps[0][QStringLiteral("bundleIdentifier")].toString(), QStringLiteral("bare"));
 
     const KestrowRun missing = runKestrow({QStringLiteral("apps"), QStringLiteral("list"),
                                            QStringLiteral("--applications"), home.path(QStringLiteral("nowhere"))});

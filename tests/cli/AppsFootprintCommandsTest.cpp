@@ -14,18 +14,22 @@ using namespace kestrow::test;
 
 namespace {
 
-// An application in Apps/ with a cache, and a preference file no installed application owns.
+// An AppImage in Apps/ with its entry and a cache, a cache and a settings folder no installed
+// program owns, and an empty system root.
 QStringList widgetHome(const TestHome& home)
 {
-    SyntheticApps::make(home,
-                        {.path = QStringLiteral("Apps/Acme Widget.app"),
-                         .info = SyntheticApps::info(QStringLiteral("com.acme.widget"), QStringLiteral("Acme Widget")),
-                         .dataFiles = 2,
-                         .dataFileBytes = 1000});
-    home.writeFile(QStringLiteral("Library/Caches/com.acme.widget/blob"), 3000);
-    home.writeFile(QStringLiteral("Library/Preferences/com.acme.gone.plist"), 100);
-    home.writeFile(QStringLiteral("Library/WebKit/nodots/x"), 100);
-    return {QStringLiteral("--home"), home.path(), QStringLiteral("--applications"), home.path(QStringLiteral("Apps"))};
+    const QString image = home.writeFile(QStringLiteral("Apps/Acme-Widget-1.0.AppImage"), 2000);
+    home.writeFile(
+        QStringLiteral("Apps/com.acme.widget.desktop"),
+        (QStringLiteral("[Desktop Entry]\nType=Application\nName=Acme Widget\nExec=") + image + QLatin1Char('\n'))
+            .toUtf8());
+    home.writeFile(QStringLiteral(".cache/com.acme.widget/blob"), 3000);
+    home.writeFile(QStringLiteral(".cache/com.acme.gone/x"), 100);
+    home.writeFile(QStringLiteral(".config/nodots/x"), 100);
+    home.makeDirectory(QStringLiteral("root"));
+    return {QStringLiteral("--home"),         home.path(),
+            QStringLiteral("--applications"), home.path(QStringLiteral("Apps")),
+            QStringLiteral("--system-root"),  home.path(QStringLiteral("root"))};
 }
 
 QStringList apps(std::initializer_list<const char*> arguments, const QStringList& where)
@@ -63,8 +67,8 @@ TEST(AppsFootprintCommands, UninstallNeedsAConfirmationAndMovesTheApplicationWit
 {
     TestHome home;
     const QStringList where = widgetHome(home);
-    const QString bundle = home.path(QStringLiteral("Apps/Acme Widget.app"));
-    const QString cache = home.path(QStringLiteral("Library/Caches/com.acme.widget"));
+    const QString bundle = home.path(QStringLiteral("Apps/Acme-Widget-1.0.AppImage"));
+    const QString cache = home.path(QStringLiteral(".cache/com.acme.widget"));
 
     const KestrowRun unconfirmed = runKestrow(apps({"uninstall", "Acme Widget"}, where));
     EXPECT_EQ(unconfirmed.exitCode, 2);
@@ -94,8 +98,8 @@ TEST(AppsFootprintCommands, LeftoversListedByPlaceAndOnlySafeOnesCleaned)
     const QStringList where = widgetHome(home);
     const KestrowRun listed = runKestrow(apps({"leftovers"}, where));
     ASSERT_EQ(listed.exitCode, 0) << listed.err.toStdString();
-    EXPECT_TRUE(listed.out.startsWith(QStringLiteral("Preferences (.plist):\n  1.00  Safe to Clean  ")));
-    EXPECT_TRUE(listed.out.contains(QStringLiteral("\nWebKit Storage:\n  0.75  Review Required  ")));
+    EXPECT_TRUE(listed.out.startsWith(QStringLiteral("Preferences (.plist):\n  0.75  Review Required  ")));
+    EXPECT_TRUE(listed.out.contains(QStringLiteral("\nCaches:\n  1.00  Safe to Clean  ")));
     EXPECT_FALSE(listed.out.contains(QStringLiteral("com.acme.widget")));
 
     const KestrowRun json = runKestrow(apps({"leftovers", "--json"}, where));
@@ -104,6 +108,14 @@ TEST(AppsFootprintCommands, LeftoversListedByPlaceAndOnlySafeOnesCleaned)
     EXPECT_EQ(runKestrow(apps({"leftovers", "--clean"}, where)).exitCode, 2);
     const KestrowRun cleaned = runKestrow(apps({"leftovers", "--clean", "--yes"}, where));
     ASSERT_EQ(cleaned.exitCode, 0) << cleaned.err.toStdString();
-    EXPECT_FALSE(QFile::exists(home.path(QStringLiteral("Library/Preferences/com.acme.gone.plist"))));
-    EXPECT_TRUE(QFile::exists(home.path(QStringLiteral("Library/WebKit/nodots"))));
+    EXPECT_FALSE(QFile::exists(home.path(QStringLiteral(".cache/com.acme.gone"))));
+    EXPECT_TRUE(QFile::exists(home.path(QStringLiteral(".config/nodots"))));
+
+    // A fresh home holds nothing to report, whatever the system has.
+    TestHome fresh;
+    const KestrowRun none =
+        runKestrow({QStringLiteral("apps"), QStringLiteral("leftovers"), QStringLiteral("--home"), fresh.path(),
+                    QStringLiteral("--system-root"), home.path(QStringLiteral("root"))});
+    EXPECT_EQ(none.out,
+              QStringLiteral("No leftovers: every item in the XDG folders belongs to an installed program.\n"));
 }

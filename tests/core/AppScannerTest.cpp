@@ -28,7 +28,8 @@ AppScanner scannerFor(const TestHome& home, QStringList folders = {QStringLitera
                        .systemApplicationsURLs = QStringList{},
                        .homeURL = home.path(),
                        .runningAppsProvider = [](const QString& id) { return id == QStringLiteral("com.acme.busy"); },
-                       .maxConcurrentInspections = 2});
+                       .maxConcurrentInspections = 2,
+                       .host = HostSystem::macOS});
 }
 
 QStringList names(const std::vector<InstalledApp>& apps)
@@ -210,7 +211,8 @@ TEST(AppScanner, SystemFoldersAreScannedOnRequestAndTheirAppsProtected)
         ProtectedAppGuard::Options{.protectedPathPrefixes = QStringList{system}});
     const AppScanner scanner({.applicationsURLs = QStringList{home.path(QStringLiteral("Applications"))},
                               .systemApplicationsURLs = QStringList{home.path(QStringLiteral("System/Applications"))},
-                              .protectedAppGuard = guard});
+                              .protectedAppGuard = guard,
+                              .host = HostSystem::macOS});
 
     EXPECT_EQ(names(scanner.listInstalledApps()), (QStringList{QStringLiteral("Alpha"), QStringLiteral("zeta")}));
     const std::vector<InstalledApp> all = scanner.scanInstalledApps(true);
@@ -224,9 +226,11 @@ TEST(AppScanner, SystemFoldersAreScannedOnRequestAndTheirAppsProtected)
     std::stop_source stop;
     stop.request_stop();
     EXPECT_THROW((void)scanner.scanInstalledApps(true, stop.get_token()), CancellationError);
-    const AppScanner defaults({.homeURL = home.path()});
+    const AppScanner defaults({.homeURL = home.path(), .host = HostSystem::macOS});
     EXPECT_EQ(defaults.applicationsURLs(),
               (QStringList{QStringLiteral("/Applications"), home.path(QStringLiteral("Applications"))}));
+    // On Linux no folder replaces the home's usual places unless one is given.
+    EXPECT_TRUE(AppScanner({.homeURL = home.path(), .host = HostSystem::gnuLinux}).applicationsURLs().isEmpty());
     EXPECT_EQ(defaults.systemApplicationsURLs().size(), 3);
 }
 

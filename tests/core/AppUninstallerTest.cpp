@@ -77,6 +77,8 @@ struct Fixture {
         return AppUninstaller({
             .fileManager = files,
             .auditLogger = std::make_shared<AuditLogger>(AuditLogger::Options{.homeURL = home.path()}),
+            .dependencyResolver = std::make_shared<const DependencyResolver>(
+                DependencyResolver::Options{.homeURL = home.path(), .fileManager = files, .host = HostSystem::macOS}),
             .runningAppsProvider = [](const QString&) { return false; },
             .homeURL = home.path(),
             .protectedAppGuard = std::make_shared<const ProtectedAppGuard>(std::move(guard)),

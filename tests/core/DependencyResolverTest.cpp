@@ -38,7 +38,7 @@ std::map<QString, QString> claimed(const TestHome& home, const AppFootprint& foo
 
 DependencyResolver resolverFor(const TestHome& home)
 {
-    return DependencyResolver({.homeURL = home.path()});
+    return DependencyResolver({.homeURL = home.path(), .host = HostSystem::macOS});
 }
 
 } // namespace

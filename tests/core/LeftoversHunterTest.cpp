@@ -37,7 +37,7 @@ const InstalledAppsIndex& index()
 
 std::vector<AppLeftover> scan(const TestHome& home, const std::vector<InstalledApp>& apps)
 {
-    return LeftoversHunter({.homeURL = home.path()}).scanForLeftovers(apps);
+    return LeftoversHunter({.homeURL = home.path(), .host = HostSystem::macOS}).scanForLeftovers(apps);
 }
 
 QStringList names(const std::vector<AppLeftover>& leftovers)
@@ -132,7 +132,7 @@ TEST(LeftoversHunterTest, ProgressNamesEachFolderAndCancellationGivesNoPartialRe
     TestHome home;
     home.writeFile(QStringLiteral("Library/Application Support/Old Tool/x"), 10);
     QStringList labels;
-    LeftoversHunter hunter({.homeURL = home.path()});
+    LeftoversHunter hunter({.homeURL = home.path(), .host = HostSystem::macOS});
     (void)hunter.scanForLeftovers(std::vector<InstalledApp>{},
                                   [&labels](const QString& label, double) { labels.append(label); });
     ASSERT_EQ(labels.size(), 11);
@@ -149,9 +149,9 @@ TEST(LeftoversHunterTest, ProgressNamesEachFolderAndCancellationGivesNoPartialRe
                  CancellationError);
 
     // The provider is asked only when no list is given, and its failure ends the scan.
-    LeftoversHunter failing({.homeURL = home.path(), .appsProvider = []() -> std::vector<InstalledApp> {
-                                 throw std::runtime_error("no list");
-                             }});
+    LeftoversHunter failing({.homeURL = home.path(),
+                             .appsProvider = []() -> std::vector<InstalledApp> { throw std::runtime_error("no list"); },
+                             .host = HostSystem::macOS});
     EXPECT_THROW((void)failing.scanForLeftovers(std::nullopt), std::runtime_error);
     EXPECT_EQ(failing.scanForLeftovers(std::vector<InstalledApp>{}).size(), 1U);
 }

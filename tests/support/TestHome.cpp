@@ -52,6 +52,7 @@ TestHome::TestHome()
     m_savedData = replaceVariable("XDG_DATA_HOME", path(QStringLiteral(".local/share")));
     m_savedConfig = replaceVariable("XDG_CONFIG_HOME", path(QStringLiteral(".config")));
     m_savedCache = replaceVariable("XDG_CACHE_HOME", path(QStringLiteral(".cache")));
+    m_savedState = replaceVariable("XDG_STATE_HOME", path(QStringLiteral(".local/state")));
 }
 
 TestHome::~TestHome()
@@ -60,6 +61,7 @@ TestHome::~TestHome()
     restoreVariable("XDG_DATA_HOME", m_savedData);
     restoreVariable("XDG_CONFIG_HOME", m_savedConfig);
     restoreVariable("XDG_CACHE_HOME", m_savedCache);
+    restoreVariable("XDG_STATE_HOME", m_savedState);
     unlockTree(m_path);
     // QTemporaryDir would pass over names that are not UTF-8; removal by native bytes does not.
     (void)FileManager().removeItem(m_path);

@@ -9,7 +9,7 @@
 namespace kestrow::test {
 
 // A throw-away home for one test. It also points the process's HOME and its XDG data, config
-// and cache locations inside itself, so that nothing a test does reaches the real home, Trash
+// cache and state locations inside itself, so that nothing a test does reaches the real home, Trash
 // or preferences: the platform Trash files an item in the home Trash only when the item lies
 // on the same file system as HOME, so HOME must be here too. Paths given to the helpers are
 // relative to the home.
@@ -44,6 +44,7 @@ private:
     QByteArray m_savedData;
     QByteArray m_savedConfig;
     QByteArray m_savedCache;
+    QByteArray m_savedState;
 };
 
 } // namespace kestrow::test
