@@ -101,7 +101,9 @@ void addAppsLocationOptions(CLI::App* command, AppsLocationOptions& options)
                                  "(repeatable)",
                                  "Look for desktop entries and AppImages in this folder instead of "
                                  "~/.local/share/applications and the AppImage folders (repeatable)"))
-        ->type_name("DIR");
+        ->type_name("DIR")
+        // One folder per occurrence, so that a name after it is not taken for another folder.
+        ->allow_extra_args(false);
     if (currentHostSystem() == HostSystem::gnuLinux)
         command
             ->add_option("--system-root", options.systemRoot,
