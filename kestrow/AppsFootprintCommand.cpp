@@ -21,7 +21,9 @@ struct FootprintOptions {
 int runFootprint(const FootprintOptions& options)
 {
     const QString home = resolveHome(options.location.home);
-    const AppLookup lookup(scanApps(options.location, false));
+    // The system's applications too: what they leave in the home is worth seeing, even though
+    // they cannot be uninstalled from here.
+    const AppLookup lookup(scanApps(options.location, true));
     const InstalledApp& app = lookup.find(pathArgument(options.nameOrId));
     const AppFootprint footprint = DependencyResolver({.homeURL = home}).resolveDependencies(app);
     if (options.json)

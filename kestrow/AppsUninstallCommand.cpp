@@ -6,10 +6,12 @@
 #include "TrashNote.h"
 
 #include "apps/AppUninstaller.h"
+#include "apps/AppUninstallerError.h"
 #include "support/ByteCountFormatter.h"
 #include "support/JsonWriter.h"
 
 #include <memory>
+#include <optional>
 
 namespace kestrow::cli {
 
@@ -53,7 +55,8 @@ int runUninstall(const UninstallCommandOptions& options)
     if (!run.logCanTakeALine())
         return exitFailure;
 
-    const AppLookup lookup(scanApps(options.location, false));
+    // The system's applications are found too, to be refused with the reason that protects them.
+    const AppLookup lookup(scanApps(options.location, true));
     const InstalledApp& app = lookup.find(pathArgument(options.nameOrId));
     // The run's pipeline records in the home's log; it lives as long as this call.
     const std::shared_ptr<const TrashPipeline> pipeline(std::shared_ptr<void>(), &run.pipeline());
@@ -66,9 +69,20 @@ int runUninstall(const UninstallCommandOptions& options)
             return exitFailure;
         }
     }
-    const UninstallSummary summary = uninstaller.uninstall(
-        app, options.dryRun,
-        {.force = options.force, .includeBundle = !options.keepApp, .includeDependencies = !options.keepData});
+    std::optional<UninstallSummary> outcome;
+    try {
+        outcome = uninstaller.uninstall(
+            app, options.dryRun,
+            {.force = options.force, .includeBundle = !options.keepApp, .includeDependencies = !options.keepData});
+    } catch (const AppUninstallerError& error) {
+        // What protects the application says what to do instead (a package manager, Flatpak, Snap).
+        if (error.kind() != AppUninstallerError::Case::systemAppProtected || !app.protectionReason)
+            throw;
+        printError(QStringLiteral("kestrow: ") + error.description() + QLatin1Char(' ') + *app.protectionReason +
+                   QLatin1Char('.'));
+        return exitFailure;
+    }
+    const UninstallSummary& summary = *outcome;
     if (options.json)
         printOut(JsonWriter::write(summary.toJson(DateEncoding::iso8601), {.pretty = true}) + '\n');
     else

@@ -1,5 +1,7 @@
 #include "apps/AppUninstallerError.h"
 
+#include "platform/HostSystem.h"
+
 namespace kestrow {
 
 AppUninstallerError::AppUninstallerError(Case kind, QString first, QString second)
@@ -43,8 +45,11 @@ QString AppUninstallerError::description() const
 {
     switch (m_case) {
     case Case::systemAppProtected:
+        // Elsewhere what protects an application is not macOS: the system's packages, Flatpak, Snap.
         return QStringLiteral("Application '") + m_first + QStringLiteral("' (") + m_second +
-               QStringLiteral(") is a protected macOS system component and cannot be uninstalled.");
+               (currentHostSystem() == HostSystem::macOS
+                    ? QStringLiteral(") is a protected macOS system component and cannot be uninstalled.")
+                    : QStringLiteral(") is protected and cannot be uninstalled."));
     case Case::applicationIsRunning:
         return QStringLiteral("Application '") + m_first + QStringLiteral("' (") + m_second +
                QStringLiteral(") is currently running. Please terminate the process before uninstalling.");
