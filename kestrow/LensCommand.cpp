@@ -110,7 +110,8 @@ void setupLensCommand(CommandLine& commandLine)
     auto options = std::make_shared<LensOptions>();
     CLI::App* command = commandLine.app().add_subcommand(
         "lens", "Show where the room of a folder goes: a tree of what it holds, largest first, with sizes on disk "
-                "and shares of each folder. Hidden entries count in the sizes but are not listed. Only reads.");
+                "and shares of each folder. Hidden entries are not listed; they count inside folders measured whole. "
+                "Only reads.");
     command->add_option("PATH", options->path, "The folder (or file) to map; the home when left out")
         ->type_name("PATH");
     addHomeOption(command, options->home);
