@@ -1,5 +1,6 @@
 #include "Commands.h"
 
+#include "AnomaliesCommand.h"
 #include "AppsCommand.h"
 #include "AppsFootprintCommand.h"
 #include "AppsLeftoversCommand.h"
@@ -7,6 +8,7 @@
 #include "AuditCommand.h"
 #include "CheckCommand.h"
 #include "CleanCommand.h"
+#include "LensCommand.h"
 #include "RestoreCommand.h"
 #include "RulesCommand.h"
 #include "ScanCommand.h"
@@ -30,6 +32,8 @@ void setupAllCommands(CommandLine& commandLine)
     setupRulesCommand(commandLine);
     setupVitalsCommand(commandLine);
     setupCheckCommand(commandLine);
+    setupLensCommand(commandLine);
+    setupAnomaliesCommand(commandLine);
     CLI::App& apps = setupAppsCommand(commandLine);
     setupAppsFootprintCommand(commandLine, apps);
     setupAppsUninstallCommand(commandLine, apps);

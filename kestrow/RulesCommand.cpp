@@ -85,28 +85,11 @@ int runList(const RulesOptions& options)
     return exitSuccess;
 }
 
-// The user's rules, for a change that rewrites the file: refused while the file holds rules
-// the sandbox refuses, since the new file would no longer hold them.
-std::shared_ptr<RuleRegistry> loadUserRulesToChange(const std::string& home)
-{
-    auto registry = loadUserRules(resolveHome(home));
-    const std::vector<RuleRegistry::RefusedRule> refused = registry->refusedRules();
-    if (refused.empty())
-        return registry;
-    QStringList ids;
-    for (const RuleRegistry::RefusedRule& rule : refused)
-        ids.append(QLatin1Char('\'') + rule.rule.id + QLatin1Char('\''));
-    throw std::runtime_error(QStringLiteral("%1 holds rules the sandbox refuses (%2): fix or remove them there "
-                                            "first, as rewriting the file now would drop them. Nothing was changed.")
-                                 .arg(registry->rulesFileURL(), ids.join(QStringLiteral(", ")))
-                                 .toStdString());
-}
-
 int runAdd(const RulesOptions& options)
 {
     const RiskTier tier = parseTier(options.tier);
     const StorageCategory category = parseCategoryOption(options.category);
-    const auto registry = loadUserRulesToChange(options.home);
+    const auto registry = loadUserRulesToChange(resolveHome(options.home));
     QStringList patterns;
     for (const std::string& pattern : options.patterns)
         patterns.append(pathArgument(pattern));
@@ -135,7 +118,7 @@ int runAdd(const RulesOptions& options)
 
 int runRemove(const RulesOptions& options)
 {
-    const auto registry = loadUserRulesToChange(options.home);
+    const auto registry = loadUserRulesToChange(resolveHome(options.home));
     const QString id = QString::fromStdString(options.id);
     const bool existed = registry->rule(id).has_value();
     registry->removeRule(id);
@@ -146,7 +129,7 @@ int runRemove(const RulesOptions& options)
 
 int runSwitch(const RulesOptions& options, bool enabled)
 {
-    const auto registry = loadUserRulesToChange(options.home);
+    const auto registry = loadUserRulesToChange(resolveHome(options.home));
     const QString id = QString::fromStdString(options.id);
     // A built-in's switch lives only as long as its registry, so from here it would change nothing.
     if (const auto rule = registry->rule(id); rule && rule->isBuiltIn) {

@@ -5,6 +5,8 @@
 #include "TrashRunOutput.h"
 #include "UserRules.h"
 
+#include "analysis/AnomalyDetector.h"
+#include "rules/RuleRegistry.h"
 #include "scan/DeepScanEngine.h"
 #include "support/ByteCountFormatter.h"
 
@@ -26,9 +28,28 @@ struct SweepOptions {
     bool json = false;
 };
 
-std::vector<DiscoveredItem> safeItems(const QString& home)
+// What a fresh scan offers: the safe items to sweep, and the anomalies, which are proposals
+// and never swept whatever their tier.
+struct Selection {
+    std::vector<DiscoveredItem> safe;
+    std::vector<DiscoveredItem> proposals;
+};
+
+// Found by the anomaly stage: named by a proposed rule that is not in force for its path.
+// Once adopted, the rule claims the folder and its items go by the rule's tier.
+bool isProposal(const DiscoveredItem& item, const RuleRegistry& registry)
 {
-    DeepScanEngine engine({.homeURL = home, .ruleRegistry = loadUserRules(home)});
+    if (!item.ruleId || !item.ruleId->startsWith(AnomalyDetector::ruleIdPrefix))
+        return false;
+    const std::vector<RuleDefinition> matching = registry.matchingRules(item.path);
+    return std::none_of(matching.begin(), matching.end(),
+                        [&](const RuleDefinition& rule) { return rule.id == *item.ruleId; });
+}
+
+Selection selectItems(const QString& home)
+{
+    const std::shared_ptr<RuleRegistry> registry = loadUserRules(home);
+    DeepScanEngine engine({.homeURL = home, .ruleRegistry = registry});
     ProgressLine progressLine;
     std::int64_t found = 0;
     const ScanResult result = engine.scan(std::nullopt, [&](const ScanProgress& progress) {
@@ -36,10 +57,30 @@ std::vector<DiscoveredItem> safeItems(const QString& home)
         progressLine.update(QStringLiteral("Scanning: %1  %2").arg(countedItems(found), progress.currentPath));
     });
     progressLine.clear();
-    std::vector<DiscoveredItem> items;
-    std::copy_if(result.items.begin(), result.items.end(), std::back_inserter(items),
-                 [](const DiscoveredItem& item) { return item.riskTier == RiskTier::safeToDelete; });
-    return items;
+    Selection selection;
+    for (const DiscoveredItem& item : result.items) {
+        if (isProposal(item, *registry))
+            selection.proposals.push_back(item);
+        else if (item.riskTier == RiskTier::safeToDelete)
+            selection.safe.push_back(item);
+    }
+    return selection;
+}
+
+// Anomalies are listed apart, on standard error when standard output carries JSON.
+void listProposals(const std::vector<DiscoveredItem>& proposals, bool json)
+{
+    if (proposals.empty())
+        return;
+    QString text = QStringLiteral("proposed, not swept: adopt with `kestrow anomalies --adopt PATH`\n");
+    for (const DiscoveredItem& item : proposals)
+        text += QStringLiteral("  %1  %2\n").arg(item.formattedAllocatedSize().rightJustified(10), item.path);
+    if (json) {
+        text.chop(1);
+        printError(text);
+    } else {
+        printOut(text + QLatin1Char('\n'));
+    }
 }
 
 std::int64_t totalBytes(const std::vector<DiscoveredItem>& items)
@@ -82,7 +123,9 @@ int runSweep(const SweepOptions& options)
     if (!run.logCanTakeALine())
         return exitFailure;
 
-    const std::vector<DiscoveredItem> items = safeItems(home);
+    const Selection selection = selectItems(home);
+    listProposals(selection.proposals, options.json);
+    const std::vector<DiscoveredItem>& items = selection.safe;
     if (items.empty()) {
         if (!options.json) {
             printOut(QStringLiteral("Nothing to sweep: the scan found nothing that is safe to clean.\n"));

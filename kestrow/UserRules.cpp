@@ -28,4 +28,19 @@ std::shared_ptr<RuleRegistry> loadUserRules(const QString& home)
     return registry;
 }
 
+std::shared_ptr<RuleRegistry> loadUserRulesToChange(const QString& home)
+{
+    auto registry = loadUserRules(home);
+    const std::vector<RuleRegistry::RefusedRule> refused = registry->refusedRules();
+    if (refused.empty())
+        return registry;
+    QStringList ids;
+    for (const RuleRegistry::RefusedRule& rule : refused)
+        ids.append(QLatin1Char('\'') + rule.rule.id + QLatin1Char('\''));
+    throw std::runtime_error(QStringLiteral("%1 holds rules the sandbox refuses (%2): fix or remove them there "
+                                            "first, as rewriting the file now would drop them. Nothing was changed.")
+                                 .arg(registry->rulesFileURL(), ids.join(QStringLiteral(", ")))
+                                 .toStdString());
+}
+
 } // namespace kestrow::cli

@@ -15,5 +15,8 @@ namespace kestrow::cli {
 // std::runtime_error with the registry's description, the file's path and what to do. Each
 // rule of the file that the sandbox refuses is named on standard error, with the refusal.
 [[nodiscard]] std::shared_ptr<RuleRegistry> loadUserRules(const QString& home);
+// The same, for a change that rewrites the file: throws std::runtime_error while the file
+// holds rules the sandbox refuses, since the new file would no longer hold them.
+[[nodiscard]] std::shared_ptr<RuleRegistry> loadUserRulesToChange(const QString& home);
 
 } // namespace kestrow::cli

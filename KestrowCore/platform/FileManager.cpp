@@ -2,6 +2,7 @@
 
 #include "platform/SystemMessage.h"
 
+#include "platform/BundleFolders.h"
 #include "platform/DirectoryStream.h"
 #include "platform/FreedesktopTrash.h"
 #include "platform/NativePath.h"
@@ -59,10 +60,11 @@ FileStatus toStatus(const struct stat& info)
 // each; a link, a socket or a device needs none), folders that could not be read, mount points.
 class SinkVisitor final : public TreeWalker::Visitor {
 public:
-    SinkVisitor(const SystemCalls& calls, WalkSink& sink, const std::function<bool()>& pace)
+    SinkVisitor(const SystemCalls& calls, WalkSink& sink, const WalkOptions& options)
         : m_calls(calls)
         , m_sink(sink)
-        , m_pace(pace)
+        , m_pace(options.pace)
+        , m_entersBundles(options.entersBundles)
     {
     }
 
@@ -98,16 +100,19 @@ public:
 
     bool listingFolder() override { return !m_pace || m_pace(); }
 
+    bool entersFolder(std::string_view path) override { return m_entersBundles || !BundleFolders::isBundle(path); }
+
 private:
     const SystemCalls& m_calls;
     WalkSink& m_sink;
     const std::function<bool()>& m_pace;
+    bool m_entersBundles;
 };
 
 // One thread of a walk on several: its part of the sink and its own walker.
 struct CrewMember {
-    CrewMember(const SystemCalls& calls, WalkSink& part, const std::function<bool()>& pace, WalkCrew& crew)
-        : visitor(calls, part, pace)
+    CrewMember(const SystemCalls& calls, WalkSink& part, const WalkOptions& options, WalkCrew& crew)
+        : visitor(calls, part, options)
         , walker(calls, visitor, crew)
     {
     }
@@ -128,7 +133,7 @@ void walkTree(const SystemCalls& calls, UniqueFd root, std::string path, const F
         parts.push_back(std::move(part));
     }
     if (parts.empty()) {
-        SinkVisitor visitor(calls, sink, options.pace);
+        SinkVisitor visitor(calls, sink, options);
         TreeWalker(calls, visitor, std::move(stop)).walk(std::move(root), std::move(path), mount);
         return;
     }
@@ -137,7 +142,7 @@ void walkTree(const SystemCalls& calls, UniqueFd root, std::string path, const F
     crew.run(std::move(root), std::move(path), [&](std::size_t worker, UniqueFd folder, std::string at) {
         std::unique_ptr<CrewMember>& member = members[worker];
         if (!member)
-            member = std::make_unique<CrewMember>(calls, worker == 0 ? sink : *parts[worker - 1], options.pace, crew);
+            member = std::make_unique<CrewMember>(calls, worker == 0 ? sink : *parts[worker - 1], options, crew);
         return member->walker.walk(std::move(folder), std::move(at), mount);
     });
     for (const std::unique_ptr<WalkSink>& part : parts)

@@ -46,6 +46,9 @@ struct WalkOptions {
     // Called on a walking thread before each folder is listed, from several at once in a walk
     // on several threads; false ends the walk. Lets the caller hold a walk back.
     std::function<bool()> pace;
+    // False passes over every folder below the root that is a bundle (BundleFolders), as if it
+    // held nothing; the root itself is always walked.
+    bool entersBundles = true;
 
     // As many threads as the machine has processors.
     [[nodiscard]] static WalkOptions allProcessors();

@@ -140,6 +140,10 @@ bool TreeWalker::descend(const char* name)
         m_path.push_back('/');
     const std::size_t nameStart = m_path.size();
     m_path.append(name);
+    if (!m_visitor.entersFolder(m_path)) {
+        m_path.resize(mark);
+        return true;
+    }
     UniqueFd child(openFolder(parentFolder, name, m_mount));
     bool goOn = true;
     if (child.isOpen() && m_crew && m_crew->wantsFolder() && m_crew->handOver(child, m_path)) {

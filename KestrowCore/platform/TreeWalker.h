@@ -42,6 +42,12 @@ public:
         virtual bool mountPoint(std::string_view path) = 0;
         // Before each folder is listed, so that the walk can be held back.
         virtual bool listingFolder() { return true; }
+        // Before the sub-folder at `path` is entered; false passes it over, with all it holds.
+        virtual bool entersFolder(std::string_view path)
+        {
+            (void)path;
+            return true;
+        }
     };
 
     static constexpr std::size_t openLevels = 64;

@@ -1,5 +1,6 @@
 #include "scan/DeepScanEngine.h"
 
+#include "analysis/AnomalyDetector.h"
 #include "platform/PathText.h"
 #include "scan/RuleStage.h"
 #include "scan/ScanTargetTable.h"
@@ -89,6 +90,28 @@ DiscoveredItem merge(const DiscoveredItem& existing, const DiscoveredItem& incom
     };
 }
 
+// An anomaly as a scan reports it: an orphan of its suggested category and tier, named by the
+// rule it proposes.
+DiscoveredItem itemFromAnomaly(const StorageAnomaly& anomaly)
+{
+    return DiscoveredItem{
+        .id = anomaly.id,
+        .path = anomaly.path,
+        .category = anomaly.suggestedCategory,
+        .riskTier = anomaly.suggestedRiskTier,
+        .logicalSizeBytes = anomaly.logicalSizeBytes,
+        .allocatedSizeBytes = anomaly.allocatedSizeBytes,
+        .fileCount = anomaly.fileCount,
+        .lastAccessedDate = std::nullopt,
+        .lastModifiedDate = std::nullopt,
+        .isOrphaned = true,
+        .isLocked = false,
+        .requiresFullDiskAccess = false,
+        .itemDescription = anomaly.anomalyDescription,
+        .ruleId = anomaly.proposedRule ? std::optional(anomaly.proposedRule->id) : std::nullopt,
+    };
+}
+
 } // namespace
 
 DeepScanEngine::DeepScanEngine(Options options)
@@ -146,6 +169,10 @@ ScanResult DeepScanEngine::scan(const std::optional<CategorySet>& categories, co
              SystemTargetsOutcome outcome = m_systemTargets.scan(system, progress, stop);
              return StageOutcome{.items = std::move(outcome.items), .warnings = std::move(outcome.warnings)};
          }},
+        {"Anomaly scan error: ",
+         m_ruleRegistry != nullptr &&
+             (requested.contains(StorageCategory::unknownAnomaly) || requested.contains(StorageCategory::dynamicRule)),
+         [&] { return StageOutcome{.items = anomalyItems(progress, stop)}; }},
         // The rule stage runs whatever was requested; it picks the rules of the requested categories.
         {"Dynamic rules scan error: ", m_ruleRegistry != nullptr,
          [&] {
@@ -178,6 +205,28 @@ ScanResult DeepScanEngine::scan(const std::optional<CategorySet>& categories, co
     result.completedAt = QDateTime::currentDateTimeUtc();
     result.durationSeconds = static_cast<double>(startedAt.msecsTo(result.completedAt)) / 1000.0;
     return result;
+}
+
+std::vector<DiscoveredItem> DeepScanEngine::anomalyItems(const ScanProgressCallback& progress,
+                                                         const std::stop_token& stop) const
+{
+    const AnomalyDetector detector(
+        AnomalyDetectorConfiguration(anomalyMinSizeBytes,
+                                     AnomalyDetectorConfiguration::defaultInspectionRoots(m_homeURL),
+                                     anomalySearchDepth, m_homeURL),
+        m_ruleRegistry, m_fileManager);
+    std::vector<DiscoveredItem> items;
+    for (const StorageAnomaly& anomaly : detector.detectAnomalies(stop)) {
+        items.push_back(itemFromAnomaly(anomaly));
+        if (progress)
+            progress(ScanProgress{.currentCategory = anomaly.suggestedCategory,
+                                  .currentPath = anomaly.path,
+                                  .itemsFound = 1,
+                                  .totalAllocatedBytesScanned = anomaly.allocatedSizeBytes,
+                                  .totalLogicalBytesScanned = anomaly.logicalSizeBytes,
+                                  .fractionCompleted = std::nullopt});
+    }
+    return items;
 }
 
 std::unique_ptr<ScanEventStream> DeepScanEngine::scanStream(const std::optional<CategorySet>& categories)

@@ -50,10 +50,18 @@ public:
     // Merges items of equal standardised path and sorts them, largest first.
     [[nodiscard]] static std::vector<DiscoveredItem> deduplicate(const std::vector<DiscoveredItem>& items);
 
+    // What the anomaly stage looks for: folders of 100 MiB and more, two levels below its roots.
+    static constexpr std::int64_t anomalyMinSizeBytes = 104857600;
+    static constexpr int anomalySearchDepth = 2;
+
     [[nodiscard]] const QString& homeURL() const { return m_homeURL; }
     [[nodiscard]] const QStringList& applicationsURLs() const { return m_applicationsURLs; }
 
 private:
+    // The anomaly stage: the detector's findings as items, each reported as found.
+    [[nodiscard]] std::vector<DiscoveredItem> anomalyItems(const ScanProgressCallback& progress,
+                                                           const std::stop_token& stop) const;
+
     QString m_homeURL;
     QStringList m_applicationsURLs;
     std::shared_ptr<const FileManager> m_fileManager;

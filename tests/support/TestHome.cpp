@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace kestrow::test {
@@ -92,6 +93,19 @@ QString TestHome::writeFile(const QString& relative, const QByteArray& content) 
     QFile file(full);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(content) != content.size())
         throw std::runtime_error("cannot write test file " + full.toStdString());
+    return full;
+}
+
+QString TestHome::allocateFile(const QString& relative, std::int64_t size) const
+{
+    const QString full = path(relative);
+    QDir().mkpath(QFileInfo(full).path());
+    const int fd = ::open(QFile::encodeName(full).constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    const bool made = fd >= 0 && ::posix_fallocate(fd, 0, static_cast<off_t>(size)) == 0;
+    if (fd >= 0)
+        ::close(fd);
+    if (!made)
+        throw std::runtime_error("cannot allocate test file " + full.toStdString());
     return full;
 }
 

@@ -31,6 +31,9 @@ public:
     // Writes `size` bytes (parents created); returns its absolute path.
     QString writeFile(const QString& relative, std::int64_t size) const;
     QString writeFile(const QString& relative, const QByteArray& content) const;
+    // A file of `size` bytes whose blocks are reserved without being written: as heavy on the
+    // disk as written data, made at once (parents created); returns its absolute path.
+    QString allocateFile(const QString& relative, std::int64_t size) const;
     QString makeSymbolicLink(const QString& relative, const QString& target) const;
     QString makeHardLink(const QString& relative, const QString& existingRelative) const;
 
