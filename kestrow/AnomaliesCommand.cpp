@@ -39,11 +39,12 @@ std::vector<StorageAnomaly> detect(const QString& home, std::int64_t minSizeByte
 QString anomalyText(const StorageAnomaly& anomaly)
 {
     const RuleDefinition& rule = *anomaly.proposedRule;
-    QString text = QStringLiteral("%1\n  %2, %3 files, confidence %4, %5\n")
-                       .arg(anomaly.path, ByteCountFormatter::format(anomaly.allocatedSizeBytes))
-                       .arg(anomaly.fileCount)
-                       .arg(QString::fromLatin1(JsonWriter::formatDouble(anomaly.confidenceScore)),
-                            anomaly.suggestedRiskTier.rawValue());
+    QString text =
+        QStringLiteral("%1\n  %2, %3 %4, confidence %5, %6\n")
+            .arg(NativePath::displayText(anomaly.path), ByteCountFormatter::format(anomaly.allocatedSizeBytes))
+            .arg(anomaly.fileCount)
+            .arg(anomaly.fileCount == 1 ? QStringLiteral("file") : QStringLiteral("files"),
+                 QString::number(anomaly.confidenceScore, 'f', 2), anomaly.suggestedRiskTier.displayName());
     if (!anomaly.matchedKeywords.isEmpty())
         text += QStringLiteral("  keywords: ") + anomaly.matchedKeywords.join(QStringLiteral(", ")) + QLatin1Char('\n');
     text += QStringLiteral("  ") + anomaly.anomalyDescription + QLatin1Char('\n');
