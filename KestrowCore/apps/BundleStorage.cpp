@@ -1,5 +1,6 @@
 #include "apps/BundleStorage.h"
 
+#include "platform/InodeKey.h"
 #include "platform/LinkResolver.h"
 
 #include <unordered_set>
@@ -7,19 +8,6 @@
 namespace kestrow {
 
 namespace {
-
-struct InodeKey {
-    std::uint64_t dev;
-    std::uint64_t ino;
-    bool operator==(const InodeKey&) const = default;
-};
-
-struct InodeKeyHash {
-    size_t operator()(const InodeKey& key) const noexcept
-    {
-        return std::hash<std::uint64_t>{}(key.ino * 0x9E3779B97F4A7C15ULL ^ key.dev);
-    }
-};
 
 // Sums a bundle's regular files, each inode once.
 class BundleSizeSink : public WalkSink {

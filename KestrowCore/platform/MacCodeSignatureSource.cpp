@@ -1,5 +1,6 @@
 #include "platform/CodeSignatureSource.h"
 
+#include "platform/CFOwned.h"
 #include "platform/NativePath.h"
 
 #include <CoreFoundation/CoreFoundation.h>
@@ -8,26 +9,6 @@
 namespace kestrow {
 
 namespace {
-
-// Releases a Core Foundation object it was given by a Copy or Create call.
-class CFOwned {
-public:
-    explicit CFOwned(CFTypeRef reference = nullptr)
-        : m_reference(reference)
-    {
-    }
-    ~CFOwned()
-    {
-        if (m_reference)
-            CFRelease(m_reference);
-    }
-    CFOwned(const CFOwned&) = delete;
-    CFOwned& operator=(const CFOwned&) = delete;
-    [[nodiscard]] CFTypeRef get() const { return m_reference; }
-
-private:
-    CFTypeRef m_reference;
-};
 
 std::optional<QString> stringValue(CFTypeRef value)
 {

@@ -1,5 +1,6 @@
 #include "platform/MacSystemSource.h"
 
+#include "platform/CFOwned.h"
 #include "platform/NativePath.h"
 
 #include <CoreFoundation/CoreFoundation.h>
@@ -22,26 +23,6 @@ template <typename Result> Result processInfoValue(const char* selector)
     const auto send = reinterpret_cast<Result (*)(id, SEL)>(&objc_msgSend);
     return send(processInfo, sel_registerName(selector));
 }
-
-// Releases a Core Foundation object it was given by a Copy or Create call.
-class CFOwned {
-public:
-    explicit CFOwned(CFTypeRef reference)
-        : m_reference(reference)
-    {
-    }
-    ~CFOwned()
-    {
-        if (m_reference)
-            CFRelease(m_reference);
-    }
-    CFOwned(const CFOwned&) = delete;
-    CFOwned& operator=(const CFOwned&) = delete;
-    [[nodiscard]] CFTypeRef get() const { return m_reference; }
-
-private:
-    CFTypeRef m_reference;
-};
 
 std::optional<std::int64_t> numberValue(CFTypeRef value)
 {

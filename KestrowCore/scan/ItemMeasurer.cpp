@@ -1,5 +1,6 @@
 #include "scan/ItemMeasurer.h"
 
+#include "platform/InodeKey.h"
 #include "support/TimeStamp.h"
 
 #include <algorithm>
@@ -9,19 +10,6 @@
 namespace kestrow {
 
 namespace {
-
-struct InodeKey {
-    std::uint64_t dev;
-    std::uint64_t ino;
-    bool operator==(const InodeKey&) const = default;
-};
-
-struct InodeKeyHash {
-    size_t operator()(const InodeKey& key) const noexcept
-    {
-        return std::hash<std::uint64_t>{}(key.ino * 0x9E3779B97F4A7C15ULL ^ key.dev);
-    }
-};
 
 // What the files of a walk add up to.
 struct Totals {
