@@ -144,6 +144,9 @@ bool TreeWalker::descend(const char* name)
         m_path.resize(mark);
         return true;
     }
+    // An idle thread gets the biggest piece first, so that it is not woken again at once.
+    if (m_crew && m_crew->wantsFolder())
+        handOverShallowest();
     UniqueFd child(openFolder(parentFolder, name, m_mount));
     bool goOn = true;
     if (child.isOpen() && m_crew && m_crew->wantsFolder() && m_crew->handOver(child, m_path)) {
@@ -167,6 +170,36 @@ bool TreeWalker::descend(const char* name)
     }
     m_path.resize(mark);
     return goOn;
+}
+
+bool TreeWalker::handOverShallowest()
+{
+    for (std::size_t level = 0; level < m_depth; ++level) {
+        Frame& frame = m_frames[level];
+        if (!frame.folder.isOpen())
+            continue;
+        std::vector<FolderListing::Entry>& entries = frame.listing.entries;
+        const auto folder = std::find_if(entries.begin() + static_cast<std::ptrdiff_t>(frame.next), entries.end(),
+                                         [](const FolderListing::Entry& entry) { return entry.type == DT_DIR; });
+        if (folder == entries.end())
+            continue;
+        const char* name = frame.listing.name(*folder);
+        std::string path(std::string_view(m_path).substr(0, frame.pathEnd));
+        if (path.empty() || path.back() != '/')
+            path.push_back('/');
+        path.append(name);
+        if (!m_visitor.entersFolder(path))
+            return false;
+        // What cannot be opened here is left in place, to be met and reported in its turn.
+        UniqueFd child(openFolder(frame.folder.get(), name, m_mount));
+        if (!child.isOpen() || !m_crew->handOver(child, path))
+            return false;
+        // Taken out of the listing's unvisited part: moved to its front and passed.
+        std::iter_swap(folder, entries.begin() + static_cast<std::ptrdiff_t>(frame.next));
+        ++frame.next;
+        return true;
+    }
+    return false;
 }
 
 bool TreeWalker::climb()

@@ -80,6 +80,9 @@ private:
 
     bool enter(UniqueFd folder, std::size_t nameStart);
     bool descend(const char* name);
+    // Hands the crew the unvisited sub-folder nearest the root, the largest share of the work
+    // at hand; false when there is none to give.
+    bool handOverShallowest();
     bool climb();
     int regain(std::size_t index, int childFolder);
     [[nodiscard]] bool isFrame(int folder, const Frame& frame) const;
