@@ -4,6 +4,7 @@
 #include "storage/StorageCategory.h"
 #include "support/JsonDecoder.h"
 #include "support/JsonValue.h"
+#include "support/UuidText.h"
 
 #include <QDateTime>
 #include <QString>
@@ -40,9 +41,5 @@ struct DiscoveredItem {
 
     friend bool operator==(const DiscoveredItem&, const DiscoveredItem&) = default;
 };
-
-// Canonical upper-case UUID text, as every record writes it.
-[[nodiscard]] QString uuidText(const QUuid& id);
-[[nodiscard]] QUuid uuidFromText(const JsonDecoder& decoder, const QString& key);
 
 } // namespace kestrow

@@ -3,6 +3,7 @@
 #include "platform/AtomicFileWriter.h"
 #include "platform/PathText.h"
 #include "platform/SystemMessage.h"
+#include "platform/XdgBaseFolders.h"
 #include "system/StartupError.h"
 
 #include <cerrno>
@@ -20,7 +21,7 @@ const QLatin1String desktopSuffix(".desktop");
 } // namespace
 
 AutostartEntries::AutostartEntries(const StartupLocations& locations, std::shared_ptr<const FileManager> fileManager)
-    : m_userFolder(PathText::appending(locations.home, QStringLiteral(".config/autostart")))
+    : m_userFolder(PathText::appending(XdgBaseFolders::forHome(locations.home).configHome, QStringLiteral("autostart")))
     , m_fileManager(std::move(fileManager))
     , m_programs(*m_fileManager, locations.executableSearchPath)
 {

@@ -1,13 +1,14 @@
 #include "system/StartupItem.h"
 
 #include "platform/PathText.h"
+#include "support/UuidText.h"
 
 namespace kestrow {
 
 JsonValue StartupItem::toJson() const
 {
     JsonValue json = JsonValue::object({
-        {QStringLiteral("id"), id.toString(QUuid::WithoutBraces).toUpper()},
+        {QStringLiteral("id"), uuidText(id)},
         {QStringLiteral("name"), name},
         {QStringLiteral("label"), label},
         {QStringLiteral("type"), type.rawValue()},

@@ -2,12 +2,14 @@
 
 #include "platform/PathText.h"
 #include "platform/SystemMessage.h"
+#include "platform/XdgBaseFolders.h"
 #include "system/StartupError.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
 #include <cerrno>
 
 namespace kestrow {
@@ -32,7 +34,10 @@ QString withoutSuffix(const QString& unit)
 
 SystemdUnits::SystemdUnits(const StartupLocations& locations, std::shared_ptr<const FileManager> fileManager,
                            std::shared_ptr<const CommandRunner> runner)
-    : m_home(locations.home)
+    : m_ownFolders{PathText::appending(XdgBaseFolders::forHome(locations.home).configHome,
+                                       QStringLiteral("systemd/user")),
+                   PathText::appending(XdgBaseFolders::forHome(locations.home).dataHome,
+                                       QStringLiteral("systemd/user"))}
     , m_systemFolders(locations.systemUnitDirectories)
     , m_systemctl(locations.systemctl)
     , m_fileManager(std::move(fileManager))
@@ -41,9 +46,9 @@ SystemdUnits::SystemdUnits(const StartupLocations& locations, std::shared_ptr<co
 {
     // In the order of systemd's search path: the user's configuration, the machine's, the
     // units the user installed, then the packages'.
-    m_userFolders.append(PathText::appending(m_home, QStringLiteral(".config/systemd/user")));
+    m_userFolders.append(m_ownFolders.first());
     m_userFolders.append(locations.userUnitDirectories.mid(0, 1));
-    m_userFolders.append(PathText::appending(m_home, QStringLiteral(".local/share/systemd/user")));
+    m_userFolders.append(m_ownFolders.last());
     m_userFolders.append(locations.userUnitDirectories.mid(1));
 }
 
@@ -52,12 +57,13 @@ std::vector<StartupItem> SystemdUnits::listItems() const
     std::vector<StartupItem> items;
     if (m_systemctl.isEmpty() || !m_fileManager->fileExists(m_systemctl))
         return items;
-    const QString homePrefix = m_home + QLatin1Char('/');
     for (const ListedUnit& unit :
          listUnitFiles({QStringLiteral("--user"), QStringLiteral("list-unit-files"), QStringLiteral("--output=json")}))
         if (const std::optional<QString> path = unitFile(unit.name, m_userFolders)) {
-            const StartupType type =
-                path->startsWith(homePrefix) ? StartupType::userLaunchAgent : StartupType::systemLaunchAgent;
+            const bool own = std::any_of(m_ownFolders.begin(), m_ownFolders.end(), [&path](const QString& folder) {
+                return path->startsWith(folder + QLatin1Char('/'));
+            });
+            const StartupType type = own ? StartupType::userLaunchAgent : StartupType::systemLaunchAgent;
             items.push_back(item(unit, *path, type, {QStringLiteral("default.target")}));
         }
     for (const ListedUnit& unit : listUnitFiles({QStringLiteral("list-unit-files"), QStringLiteral("--type=service"),

@@ -36,8 +36,8 @@ private:
     [[nodiscard]] StartupItem item(const ListedUnit& unit, const QString& path, StartupType type,
                                    const QStringList& startTargets) const;
 
-    QString m_home;
-    QStringList m_userFolders;
+    QStringList m_ownFolders;  // the user's own unit folders, in the XDG configuration and data folders
+    QStringList m_userFolders; // every folder of user units, in search order
     QStringList m_systemFolders;
     QString m_systemctl;
     std::shared_ptr<const FileManager> m_fileManager;
