@@ -109,6 +109,7 @@ bool TreeWalker::enter(UniqueFd folder, std::size_t nameStart)
     frame.folder = std::move(folder);
     frame.listing.entries.clear();
     frame.next = 0;
+    frame.unsearched = 0;
     frame.nameStart = nameStart;
     frame.pathEnd = m_path.size();
     if (m_depth >= m_openLevels) {
@@ -178,9 +179,13 @@ bool TreeWalker::handOverShallowest()
         Frame& frame = m_frames[level];
         if (!frame.folder.isOpen())
             continue;
+        // Each entry is searched once, however often a thread is idle: a folder of many files
+        // near the root is not read again for every folder below it.
         std::vector<FolderListing::Entry>& entries = frame.listing.entries;
-        const auto folder = std::find_if(entries.begin() + static_cast<std::ptrdiff_t>(frame.next), entries.end(),
+        frame.unsearched = std::max(frame.unsearched, frame.next);
+        const auto folder = std::find_if(entries.begin() + static_cast<std::ptrdiff_t>(frame.unsearched), entries.end(),
                                          [](const FolderListing::Entry& entry) { return entry.type == DT_DIR; });
+        frame.unsearched = static_cast<std::size_t>(folder - entries.begin());
         if (folder == entries.end())
             continue;
         const char* name = frame.listing.name(*folder);
@@ -195,8 +200,10 @@ bool TreeWalker::handOverShallowest()
         if (!child.isOpen() || !m_crew->handOver(child, path))
             return false;
         // Taken out of the listing's unvisited part: moved to its front and passed.
+        // What comes to stand in its place was searched already.
         std::iter_swap(folder, entries.begin() + static_cast<std::ptrdiff_t>(frame.next));
         ++frame.next;
+        frame.unsearched = std::max(frame.unsearched + 1, frame.next);
         return true;
     }
     return false;

@@ -72,7 +72,8 @@ private:
         UniqueFd folder; // open unless let go while its sub-folders are walked
         FolderListing listing;
         std::size_t next = 0;
-        std::size_t nameStart = 0; // of its own name in m_path
+        std::size_t unsearched = 0; // entries before it hold no folder left to hand over
+        std::size_t nameStart = 0;  // of its own name in m_path
         std::size_t pathEnd = 0;
         std::uint64_t device = 0; // taken only for folders that may be let go
         std::uint64_t inode = 0;

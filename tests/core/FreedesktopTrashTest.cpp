@@ -21,31 +21,12 @@
 
 using namespace kestrow;
 using kestrow::test::awkwardNames;
+using kestrow::test::readRaw;
 using kestrow::test::TestHome;
 using kestrow::test::TmpfsMount;
+using kestrow::test::writeRaw;
 
 namespace {
-
-// Names are bytes here: files are made and read through the raw path.
-void writeRaw(const QByteArray& path, const QByteArray& content)
-{
-    const int fd = ::open(path.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-    ASSERT_GE(fd, 0) << path.toStdString();
-    EXPECT_EQ(::write(fd, content.constData(), content.size()), content.size());
-    ::close(fd);
-}
-
-QByteArray readRaw(const QByteArray& path)
-{
-    const int fd = ::open(path.constData(), O_RDONLY | O_CLOEXEC);
-    if (fd < 0)
-        return "<unreadable>";
-    QByteArray content(1 << 16, 0);
-    const ssize_t size = ::read(fd, content.data(), content.size());
-    ::close(fd);
-    content.resize(std::max<ssize_t>(size, 0));
-    return content;
-}
 
 bool exists(const QByteArray& path)
 {

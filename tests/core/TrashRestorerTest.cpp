@@ -21,30 +21,16 @@ using namespace kestrow;
 using kestrow::test::awkwardNames;
 using kestrow::test::TestHome;
 using kestrow::test::TmpfsMount;
+using kestrow::test::writeRaw;
 
 namespace {
 
 const QString cli = QStringLiteral("cli");
 
-void writeRaw(const QByteArray& path, const QByteArray& content)
-{
-    const int fd = ::open(path.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-    ASSERT_GE(fd, 0) << path.toStdString();
-    EXPECT_EQ(::write(fd, content.constData(), content.size()), content.size());
-    ::close(fd);
-}
-
 // Names are bytes here: files are read through the raw path.
 QByteArray readRaw(const QString& path)
 {
-    const int fd = ::open(NativePath::encode(path).constData(), O_RDONLY | O_CLOEXEC);
-    if (fd < 0)
-        return "<unreadable>";
-    QByteArray content(1 << 16, 0);
-    const ssize_t size = ::read(fd, content.data(), content.size());
-    ::close(fd);
-    content.resize(std::max<ssize_t>(size, 0));
-    return content;
+    return test::readRaw(NativePath::encode(path));
 }
 
 QStringList entries(const QString& folder)

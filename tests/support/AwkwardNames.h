@@ -10,4 +10,9 @@ namespace kestrow::test {
 // and bytes that are not UTF-8.
 [[nodiscard]] QList<QByteArray> awkwardNames();
 
+// Such names are reached through their raw bytes, never through text.
+void writeRaw(const QByteArray& path, const QByteArray& content);
+// The first 64 KiB of the file, or "<unreadable>".
+[[nodiscard]] QByteArray readRaw(const QByteArray& path);
+
 } // namespace kestrow::test
