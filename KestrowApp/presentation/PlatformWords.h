@@ -8,7 +8,8 @@ namespace kestrow {
 // elsewhere they name the desktop's counterparts, so that no one reads about a Mac on a PC.
 // One source file per platform fills them; the build picks it.
 struct PlatformWords {
-    QString putBack; // how the Trash gives an item back
+    QString putBack;       // how the Trash gives an item back, and where
+    QString putBackAction; // the same, the command alone
     QString revealInFileManager;
     QString scanComputer; // the main button when it would scan
     QString themeDetail;

@@ -8,6 +8,7 @@ const PlatformWords& PlatformWords::current()
 {
     static const PlatformWords words{
         .putBack = QStringLiteral("Restore in your file manager"),
+        .putBackAction = QStringLiteral("Restore"),
         .revealInFileManager = QStringLiteral("Show in File Manager"),
         .scanComputer = QStringLiteral("Scan this computer"),
         .themeDetail = QStringLiteral("Follow the desktop's appearance or lock to light or dark mode"),

@@ -6,6 +6,7 @@ const PlatformWords& PlatformWords::current()
 {
     static const PlatformWords words{
         .putBack = QStringLiteral("Put Back in Finder"),
+        .putBackAction = QStringLiteral("Put Back"),
         .revealInFileManager = QStringLiteral("Reveal in Finder"),
         .scanComputer = QStringLiteral("Scan MacBook"),
         .themeDetail = QStringLiteral("Select macOS system appearance or lock to light or dark mode"),

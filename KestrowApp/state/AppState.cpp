@@ -429,7 +429,7 @@ void AppState::loadStartupItems(bool showLoading)
 {
     if (showLoading)
         setBusyFlag(m_isLoadingStartup, true, &AppState::isLoadingStartupChanged);
-    const StartupLocations locations = m_environment.startupLocations.value_or(StartupLocations::standard(m_home));
+    const StartupLocations locations = startupLocations();
     m_runner.run<std::vector<StartupItem>>(
         [locations, fileManager = m_environment.fileManager](std::stop_token) {
             return StartupManager(locations, fileManager).listItems();
@@ -443,6 +443,11 @@ void AppState::loadStartupItems(bool showLoading)
             }
             setBusyFlag(m_isLoadingStartup, false, &AppState::isLoadingStartupChanged);
         });
+}
+
+StartupLocations AppState::startupLocations() const
+{
+    return m_environment.startupLocations.value_or(StartupLocations::standard(m_home));
 }
 
 void AppState::refreshVitals()

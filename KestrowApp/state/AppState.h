@@ -53,6 +53,8 @@ public:
 
     [[nodiscard]] AppSettings& settings() const { return *m_settings; }
     [[nodiscard]] const QString& homeURL() const { return m_home; }
+    // Where launch items are looked for and toggled.
+    [[nodiscard]] StartupLocations startupLocations() const;
 
     [[nodiscard]] AppTab selectedTab() const { return m_selectedTab; }
     void setSelectedTab(AppTab tab);
