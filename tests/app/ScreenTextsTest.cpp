@@ -1,5 +1,7 @@
 #include "presentation/AtlasScreen.h"
 #include "presentation/AuditCheck.h"
+#include "presentation/PlatformWords.h"
+#include "presentation/PulseScreen.h"
 #include "presentation/RiskPill.h"
 #include "presentation/SweepGroup.h"
 #include "presentation/SweepScreen.h"
@@ -156,4 +158,30 @@ TEST(ScreenTexts, AnEmptyAuditLogVerifiesAndASecondPressWaits)
     EXPECT_EQ(check.auditVerificationMessage(),
               QStringLiteral("Valid SHA-256 chain: 0 entries verified with 0 tampering."));
     EXPECT_TRUE(check.recentAuditEntries().empty());
+}
+
+TEST(ScreenTexts, TheMainButtonScansAgainWhenNothingSafeWasFound)
+{
+    TestHome home;
+    AppSettings settings(std::make_unique<QSettings>(home.path(QStringLiteral("settings.ini")), QSettings::IniFormat));
+    AppState state(false, {.homeURL = home.path(),
+                           .settings = &settings,
+                           .applicationsURLs = QStringList{home.makeDirectory(QStringLiteral("apps"))}});
+    state.runSmartScan();
+    EXPECT_EQ(PulseScreen::mainButtonTitle(state), QStringLiteral("Scanning…"));
+    EXPECT_EQ(PulseScreen::statusDotColor(state), ThemeColor::accentOrange);
+    EXPECT_EQ(SweepScreen::state(state), SweepScreen::State::scanning);
+    pumpUntil([&] { return state.isIdle(); });
+
+    ASSERT_TRUE(state.scanResult());
+    EXPECT_EQ(PulseScreen::mainButtonTitle(state), PlatformWords::current().scanComputer);
+    EXPECT_EQ(PulseScreen::mainButtonSymbol(state), QStringLiteral("magnifyingglass"));
+    EXPECT_EQ(PulseScreen::statusDotColor(state), ThemeColor::safeTeal);
+    EXPECT_FALSE(PulseScreen::badge(state, AppTab::sweep));
+    EXPECT_FALSE(PulseScreen::badge(state, AppTab::uninstall));
+    EXPECT_FALSE(PulseScreen::canRunSweep(state));
+
+    state.setIsDioramaBusy(true);
+    EXPECT_TRUE(state.isBusy());
+    EXPECT_EQ(PulseScreen::mainButtonTitle(state), PlatformWords::current().scanComputer);
 }
