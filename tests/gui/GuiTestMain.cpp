@@ -1,0 +1,17 @@
+#include <QQmlEngine>
+#include <QtQml/qqmlextensionplugin.h>
+#include <QtQuickTest>
+
+Q_IMPORT_QML_PLUGIN(Kestrow_GuiPlugin)
+
+// The screens come from the application's own QML module, linked in.
+class GuiTestSetup : public QObject {
+    Q_OBJECT
+
+public Q_SLOTS:
+    void qmlEngineAvailable(QQmlEngine* engine) { engine->addImportPath(QStringLiteral("qrc:/")); }
+};
+
+QUICK_TEST_MAIN_WITH_SETUP(kestrow_gui, GuiTestSetup)
+
+#include "GuiTestMain.moc"
