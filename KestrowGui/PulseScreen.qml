@@ -142,6 +142,7 @@ ScrollView {
                 objectName: "vitalsPanel"
                 title: "Live read"
                 Layout.preferredWidth: 1
+                Layout.minimumWidth: 330
                 Layout.fillWidth: true
                 Layout.alignment: Qt.AlignTop
                 MeterRow { label: "CPU"; meter: screen.view.cpuMeter }
