@@ -1,0 +1,33 @@
+#include "presentation/PlatformWords.h"
+
+namespace kestrow {
+
+const PlatformWords& PlatformWords::current()
+{
+    static const PlatformWords words{
+        .putBack = QStringLiteral("Put Back in Finder"),
+        .putBackAction = QStringLiteral("Put Back"),
+        .revealInFileManager = QStringLiteral("Reveal in Finder"),
+        .scanComputer = QStringLiteral("Scan MacBook"),
+        .themeDetail = QStringLiteral("Select macOS system appearance or lock to light or dark mode"),
+        .thermalGovernorDetail = QStringLiteral(
+            "Pause scans when the Mac runs critically hot, and slow them on battery, Low Power Mode, or heat"),
+        .reducedMotionDetail =
+            QStringLiteral("Freezes the diorama's looping animations, even when macOS Reduce Motion is off"),
+        .menuBarDetail = QStringLiteral("Show Kestrow's live read and Run sweep in the macOS menu bar"),
+        .trashFirstDetail = QStringLiteral("Items move to macOS Trash. Fully restorable via Finder 'Put Back'."),
+        .fullDiskAccessTitle = QStringLiteral("macOS Full Disk Access (FDA)"),
+        .noStartupItemsDetail = QStringLiteral("Your Mac boots without extra agents."),
+        .inherentProtections = QStringLiteral(
+            "Kestrow's sandbox validator automatically rejects and blocks any scanning or cleaning of core macOS "
+            "directories (/System, /usr, /bin, /Library/Keychains, ~/Documents, ~/Desktop) regardless of settings."),
+    };
+    return words;
+}
+
+QString PlatformWords::liveVolumeMark()
+{
+    return QStringLiteral("APFS LIVE");
+}
+
+} // namespace kestrow
