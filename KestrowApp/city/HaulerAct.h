@@ -31,7 +31,6 @@ public:
 
     [[nodiscard]] bool isTripRunning() const { return m_tripCrate.has_value(); }
     [[nodiscard]] std::optional<int> tripCrate() const { return m_tripCrate; }
-    [[nodiscard]] bool isTripGrabbed() const { return m_tripGrabbed; }
     [[nodiscard]] Phase phase(double now) const;
     // How far the current phase has come, 0 to 1; 0 without a trip.
     [[nodiscard]] double phaseProgress(double now) const;

@@ -1,5 +1,7 @@
 #include "city/RobotAgentProfile.h"
 
+#include "platform/HostSystem.h"
+
 #include <array>
 #include <utility>
 
@@ -145,6 +147,34 @@ constexpr std::array<ProfileRow, 7> profileRows{{
      {{{"TORQUE", "450 NM"}, {"BATTERY", "94%"}, {"CARGO", "0 KG"}, {"STATUS", "STANDBY"}}}},
 }};
 
+// The texts above that name the Mac's programs and places, as a Linux user reads them.
+struct LinuxWording {
+    const char* id;
+    QString RobotAgentProfile::*field;
+    const char* text;
+};
+
+constexpr std::array<LinuxWording, 8> linuxWordings{{
+    {"patrol_bot", &RobotAgentProfile::loreBio,
+     "Guards system storage integrity along Central Avenue. Routinely verifies file system boundaries, inspects "
+     "mount points, and routes data traffic safely away from fragmented blocks."},
+    {"patrol_bot", &RobotAgentProfile::macBenefit,
+     "Protects file system snapshot safety and avoids volume metadata corruption during heavy disk I/O."},
+    {"sweeper_bot", &RobotAgentProfile::macBenefit,
+     "Frees gigabytes from dormant application caches, build tool output, and stale browser temporary files."},
+    {"dev_worker", &RobotAgentProfile::idleStatus, "REFACTORING QT QUICK · 0 ERRORS"},
+    {"hauler_bot", &RobotAgentProfile::loreBio,
+     "Hydraulic powerlifter stationed at the Trash Dock. Takes obsolete build archives, dead downloads, and stale "
+     "disk images directly to the compactor for safe zero-fill release."},
+    {"hauler_bot", &RobotAgentProfile::macBenefit,
+     "Zeroes freed storage clusters, allowing Linux to return contiguous blocks directly to file system free space."},
+    {"engineer_bot", &RobotAgentProfile::macBenefit,
+     "Audits AI checkpoint caches and verifies disk block health across the machine's memory and drives."},
+    {"amr_inspector", &RobotAgentProfile::loreBio,
+     "Autonomous Mobile Robot (AMR) using lidar and ground fiducials. Ensures automated container racking aligns "
+     "with Linux volume structures."},
+}};
+
 RobotAgentProfile fromRow(const ProfileRow& row)
 {
     RobotAgentProfile profile{
@@ -177,14 +207,20 @@ const QString& RobotAgentProfile::currentStatus(bool isScanning, bool isCleaning
     return isScanning ? scanStatus : idleStatus;
 }
 
+std::map<QString, RobotAgentProfile> RobotAgentProfile::profilesFor(HostSystem host)
+{
+    std::map<QString, RobotAgentProfile> byId;
+    for (const ProfileRow& row : profileRows)
+        byId.emplace(QString::fromUtf8(row.id), fromRow(row));
+    if (host == HostSystem::gnuLinux)
+        for (const LinuxWording& wording : linuxWordings)
+            byId.at(QLatin1String(wording.id)).*wording.field = QString::fromUtf8(wording.text);
+    return byId;
+}
+
 const std::map<QString, RobotAgentProfile>& RobotAgentProfile::allProfiles()
 {
-    static const std::map<QString, RobotAgentProfile> profiles = [] {
-        std::map<QString, RobotAgentProfile> byId;
-        for (const ProfileRow& row : profileRows)
-            byId.emplace(QString::fromUtf8(row.id), fromRow(row));
-        return byId;
-    }();
+    static const std::map<QString, RobotAgentProfile> profiles = profilesFor(currentHostSystem());
     return profiles;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "city/DioramaStyle.h"
+#include "platform/HostSystem.h"
 
 #include <QString>
 
@@ -40,8 +41,11 @@ struct RobotAgentProfile {
     // A Sweep outranks a scan.
     [[nodiscard]] const QString& currentStatus(bool isScanning, bool isCleaning) const;
 
-    // Every profile of both styles, by id; built once.
+    // Every profile of both styles, by id, in this system's wording; built once.
     [[nodiscard]] static const std::map<QString, RobotAgentProfile>& allProfiles();
+    // The profiles as a user of `host` reads them: texts that name the Mac's programs and
+    // places have a Linux wording.
+    [[nodiscard]] static std::map<QString, RobotAgentProfile> profilesFor(HostSystem host);
     [[nodiscard]] static std::optional<RobotAgentProfile> profile(const QString& id);
     [[nodiscard]] static std::vector<RobotAgentProfile> agents(DioramaStyle style);
 

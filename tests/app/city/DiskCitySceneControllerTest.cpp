@@ -139,6 +139,7 @@ TEST(DiskCitySceneController, SweepPlaysTheHaulersTripThenCelebrates)
     city.update({.hasCleaned = true}); // the Sweep itself was quick
     stage.playUntil(1.3);
     EXPECT_EQ(city.hauler().phase(stage.now), HaulerAct::Phase::grabbing);
+    EXPECT_NEAR(city.hauler().phaseProgress(stage.now), 0.2, 1e-9);
     EXPECT_TRUE(city.hauler().isTaken(0));
     stage.playUntil(3.9);
     EXPECT_EQ(city.currentMode(), Mode::cleaning);

@@ -60,19 +60,20 @@ TEST(RobotAgentProfile, EveryProfileIsComplete)
 
 TEST(RobotAgentProfile, TextsStandAsWritten)
 {
-    const auto dev = *RobotAgentProfile::profile(s("dev_worker"));
+    const auto mac = RobotAgentProfile::profilesFor(HostSystem::macOS);
+    const auto& dev = mac.at(s("dev_worker"));
     EXPECT_EQ(dev.designation, s("[DEV-01]"));
     EXPECT_EQ(dev.district, s("DEV QUARTER · LOFT STUDIO"));
     EXPECT_EQ(dev.emoteLabel, s("Sip Coffee & Type"));
     EXPECT_EQ(dev.stats.back().label, s("TARGET"));
     EXPECT_EQ(dev.stats.back().value, s("60 FPS"));
 
-    const auto hauler = *RobotAgentProfile::profile(s("hauler_bot"));
+    const auto& hauler = mac.at(s("hauler_bot"));
     EXPECT_EQ(hauler.stats[0].value, s("3,200 PSI"));
     EXPECT_EQ(hauler.loreBio,
               s("Hydraulic powerlifter stationed at the Trash Dock. Takes obsolete Xcode archives, dead "
                 "downloads, and stale DMG files directly to the compactor for safe zero-fill release."));
-    const auto engineer = *RobotAgentProfile::profile(s("engineer_bot"));
+    const auto& engineer = mac.at(s("engineer_bot"));
     EXPECT_EQ(engineer.stats[1].value, s("64 / 64"));
     EXPECT_EQ(engineer.badgeTint, s("amber"));
 }
@@ -100,4 +101,29 @@ TEST(DioramaStyle, StoredTextsFallBackToTheClassicCity)
     const DioramaStyle classic = DioramaStyle::classicCity;
     EXPECT_EQ(classic.shortDescription(),
               s("Classic diorama city with voxel bots, avenues, and corporate towers (Default)"));
+}
+
+TEST(RobotAgentProfile, ALinuxUserNeverReadsAboutAMac)
+{
+    const auto mac = RobotAgentProfile::profilesFor(HostSystem::macOS);
+    EXPECT_EQ(mac.at(s("patrol_bot")).macBenefit,
+              s("Protects APFS snapshot safety and avoids volume metadata corruption during heavy disk I/O."));
+    EXPECT_EQ(mac.at(s("dev_worker")).idleStatus, s("REFACTORING SWIFTUI · 0 ERRORS"));
+
+    const auto onLinux = RobotAgentProfile::profilesFor(HostSystem::gnuLinux);
+    int reworded = 0;
+    for (const auto& [id, profile] : onLinux) {
+        const RobotAgentProfile& original = mac.at(id);
+        for (const auto field :
+             {&RobotAgentProfile::idleStatus, &RobotAgentProfile::loreBio, &RobotAgentProfile::macBenefit}) {
+            const QString& text = profile.*field;
+            for (const char* word : {"macOS", "APFS", "Xcode", "Safari", "Apple", "DMG", "SWIFTUI"})
+                EXPECT_FALSE(text.contains(QLatin1String(word))) << text.toStdString();
+            reworded += text != original.*field;
+        }
+        // Only the texts that name the Mac change; names and figures stay.
+        EXPECT_EQ(profile.name, original.name);
+        EXPECT_EQ(profile.stats, original.stats);
+    }
+    EXPECT_EQ(reworded, 8);
 }
