@@ -239,8 +239,8 @@ std::vector<RobotAgentProfile> RobotAgentProfile::agents(DioramaStyle style)
     static constexpr std::array freightCast{"amr_inspector", "amr_hauler"};
     std::vector<RobotAgentProfile> cast;
     const auto add = [&cast](const auto& ids) {
-        for (const char* id : ids)
-            cast.push_back(allProfiles().at(QLatin1String(id)));
+        for (const char* robotId : ids)
+            cast.push_back(allProfiles().at(QLatin1String(robotId)));
     };
     if (style == DioramaStyle::freightTerminal)
         add(freightCast);

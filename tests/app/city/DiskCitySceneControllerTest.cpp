@@ -1,6 +1,7 @@
 #include "city/DiskCitySceneController.h"
 #include "city/TimingCurve.h"
 
+#include <QCoreApplication>
 #include <QSignalSpy>
 #include <gtest/gtest.h>
 
@@ -300,6 +301,20 @@ TEST(DiskCitySceneController, CameraMovesEaseInAndOut)
     city.resetCamera(false, 1, [&] { ++completions; });
     EXPECT_EQ(completions, 2);
     EXPECT_FALSE(city.isCameraMoving());
+}
+
+TEST(DiskCitySceneController, FrameTickerRunsOnTheSteadyClock)
+{
+    char name[] = "kestrow_city_tests";
+    char* arguments[] = {name, nullptr};
+    int count = 1;
+    const QCoreApplication application(count, arguments);
+    DiskCitySceneController city;
+    QSignalSpy frames(&city, &DiskCitySceneController::frameAdvanced);
+    city.update({.isScanning = true});
+    city.startFrameTicker();
+    ASSERT_TRUE(frames.wait(2000));
+    EXPECT_TRUE(city.reportedBusy());
 }
 
 TEST(TimingCurve, MapsTimeThroughItsControlPoints)
