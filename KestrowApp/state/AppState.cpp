@@ -140,6 +140,19 @@ DiskCapacityBreakdown AppState::capacityBreakdown() const
                                  m_scanResult ? std::optional(m_scanResult->summary.safeFreeableBytes) : std::nullopt);
 }
 
+DiskCityModel AppState::cityModel() const
+{
+    return DiskCityModel::from({.isScanning = m_isScanning,
+                                .isCleaning = m_isCleaning,
+                                .isLoadingApps = m_isLoadingApps,
+                                .isAnalyzingSpace = m_isAnalyzingSpace,
+                                .isLoadingStartup = m_isLoadingStartup,
+                                .lastCleanupSummary = m_lastCleanupSummary ? &*m_lastCleanupSummary : nullptr,
+                                .scanResult = m_scanResult ? &*m_scanResult : nullptr,
+                                .vitals = m_vitals ? &*m_vitals : nullptr,
+                                .installedApps = m_installedApps});
+}
+
 std::vector<CapacitySegment> AppState::capacitySegments() const
 {
     return CapacitySegment::segments(capacityBreakdown());

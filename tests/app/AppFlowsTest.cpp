@@ -114,6 +114,8 @@ TEST(AppFlows, ASweepMovesTheSafeItemsLogsThemAndScansAgain)
     EXPECT_FALSE(harness.state->isBusy());
     ASSERT_TRUE(harness.state->lastCleanupSummary());
     EXPECT_EQ(harness.state->lastCleanupSummary()->totalItemsCount(), 1);
+    const DiskCityModel city = harness.state->cityModel();
+    EXPECT_TRUE(city.hasCleaned && !city.isCleaning && !city.isScanning) << "the city follows the state";
     EXPECT_EQ(harness.state->scanResult()->summary.safeFreeableBytes, 0);
     EXPECT_FALSE(QFile::exists(wheel));
 
