@@ -121,19 +121,16 @@ TEST(McpCommand, AnswersEachLineAsTheProtocolSays)
                                   QStringLiteral("list_rules"), QStringLiteral("register_rule"),
                                   QStringLiteral("inspect_anomalies")}));
     EXPECT_EQ(tools[2][QStringLiteral("inputSchema")].toObject(),
-              QJsonDocument::fromJson(R"({"type":"object","properties":{
+              QJsonDocument::fromJson(R"json({"type":"object","properties":{
                   "path":{"type":"string","description":"Absolute path of the directory to inspect"},
-                  "depth":{"type":"integer","description":"Maximum search depth (default: 3)"
-}
-}
-, "required" : ["path"]
-})")
+                  "depth":{"type":"integer","description":"Maximum search depth (default: 3)"}},
+                  "required":["path"]})json")
                   .object());
-EXPECT_EQ(tools[0][QStringLiteral("inputSchema")][QStringLiteral("properties")][QStringLiteral("categories")]
-               [QStringLiteral("items")][QStringLiteral("type")],
-          QJsonValue(QStringLiteral("string")));
-EXPECT_FALSE(tools[6][QStringLiteral("inputSchema")].toObject().contains(QStringLiteral("required")));
-EXPECT_EQ(served.lines[15], QStringLiteral(R"({"jsonrpc":"2.0","id":11,"result":{}})"));
+    EXPECT_EQ(tools[0][QStringLiteral("inputSchema")][QStringLiteral("properties")][QStringLiteral("categories")]
+                   [QStringLiteral("items")][QStringLiteral("type")],
+              QJsonValue(QStringLiteral("string")));
+    EXPECT_FALSE(tools[6][QStringLiteral("inputSchema")].toObject().contains(QStringLiteral("required")));
+    EXPECT_EQ(served.lines[15], QStringLiteral(R"({"jsonrpc":"2.0","id":11,"result":{}})"));
 }
 
 TEST(McpCommand, ABlankLineEndsTheServerAndALastLineWithoutNewlineIsServed)
