@@ -2,7 +2,7 @@
 """Times the agent server: from the start of `kestrow mcp` to the answer of `initialize` and
 to that of `tools/list`; then `scan_storage` through the server against `kestrow scan --json` on
 the same generated home (bench/out/home, made by make_home.py when absent), in alternating
-rounds, warm cache, medians. Usage: bench/mcp.py [--runs N]"""
+rounds, warm cache, medians. Usage: bench/mcp.py [--runs N] [--home HOME]"""
 
 import argparse
 import json
@@ -70,12 +70,13 @@ def median(samples):
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--runs", type=int, default=7)
+    parser.add_argument("--home", default=os.path.join(HERE, "out/home"), help="a home made by make_home.py")
     args = parser.parse_args()
     kestrow = os.environ.get("KESTROW", os.path.join(TOP, "build/release/kestrow/kestrow"))
     if not os.access(kestrow, os.X_OK):
         subprocess.run("cmake --preset release >/dev/null && cmake --build --preset release --target kestrow",
                        shell=True, check=True, cwd=TOP)
-    home = os.path.join(HERE, "out/home")
+    home = args.home
     if not os.path.isdir(home):
         subprocess.run([sys.executable, os.path.join(HERE, "make_home.py"), home], check=True)
 
