@@ -26,12 +26,21 @@ constexpr std::array<ColorPair, 11> colors{{
     {0xffd23b3b, 0xffef5f5f}, // dangerRed
 }};
 
+constexpr std::array<const char*, 11> names{"ink",         "inkSecondary", "inkTertiary", "puttyWell",
+                                            "trackSystem", "trackApps",    "trackOther",  "safeTeal",
+                                            "askAmber",    "accentOrange", "dangerRed"};
+
 } // namespace
 
 QColor colorValue(ThemeColor color, ColorScheme scheme)
 {
     const ColorPair& pair = colors[static_cast<std::size_t>(color)];
     return QColor::fromRgba(scheme == ColorScheme::dark ? pair.dark : pair.light);
+}
+
+QString colorName(ThemeColor color)
+{
+    return QLatin1String(names[static_cast<std::size_t>(color)]);
 }
 
 } // namespace kestrow

@@ -3,6 +3,7 @@
 #include "settings/AppTheme.h"
 
 #include <QColor>
+#include <QString>
 
 namespace kestrow {
 
@@ -22,5 +23,7 @@ enum class ThemeColor {
 };
 
 [[nodiscard]] QColor colorValue(ThemeColor color, ColorScheme scheme);
+// The colour's name as the screens spell it, "safeTeal".
+[[nodiscard]] QString colorName(ThemeColor color);
 
 } // namespace kestrow
