@@ -9,6 +9,17 @@
 
 namespace kestrow::test {
 
+void pumpUntil(const std::function<bool()>& done)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (!done() && clock.elapsed() < 30000) {
+        QCoreApplication::processEvents();
+        QThread::msleep(2);
+    }
+    ASSERT_TRUE(done());
+}
+
 AppHarness::AppHarness(const AppHarnessSetup& setup)
     : settings(std::make_unique<QSettings>(home.path(QStringLiteral("settings.ini")), QSettings::IniFormat))
 {

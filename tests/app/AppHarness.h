@@ -34,4 +34,7 @@ public:
     QStringList messages;
 };
 
+// Pumps the event loop until `done`, failing the test after 30 seconds.
+void pumpUntil(const std::function<bool()>& done);
+
 } // namespace kestrow::test

@@ -1,3 +1,4 @@
+#include "AppHarness.h"
 #include "presentation/AtlasScreen.h"
 #include "presentation/AuditCheck.h"
 #include "presentation/FootprintPanel.h"
@@ -8,7 +9,6 @@
 #include "presentation/SweepScreen.h"
 #include "presentation/TuneUpModel.h"
 
-#include "AppHarness.h"
 #include "TestHome.h"
 
 #include "settings/AppSettings.h"
@@ -23,6 +23,7 @@
 #include <gtest/gtest.h>
 
 using namespace kestrow;
+using kestrow::test::pumpUntil;
 using kestrow::test::TestHome;
 
 namespace {
@@ -37,17 +38,6 @@ ScanResult resultOf(std::vector<DiscoveredItem> items)
     ScanResult result{.items = std::move(items)};
     result.summary = ScanSummary::from(result.items);
     return result;
-}
-
-void pumpUntil(const std::function<bool()>& done)
-{
-    QElapsedTimer clock;
-    clock.start();
-    while (!done() && clock.elapsed() < 30000) {
-        QCoreApplication::processEvents();
-        QThread::msleep(2);
-    }
-    ASSERT_TRUE(done());
 }
 
 } // namespace

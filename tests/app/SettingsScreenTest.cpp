@@ -1,5 +1,4 @@
 #include "presentation/SettingsScreen.h"
-
 #include "AppHarness.h"
 
 #include "cleanup/AuditLogger.h"
@@ -13,19 +12,9 @@
 
 using namespace kestrow;
 using kestrow::test::AppHarness;
+using kestrow::test::pumpUntil;
 
 namespace {
-
-void pumpUntil(const std::function<bool()>& done)
-{
-    QElapsedTimer clock;
-    clock.start();
-    while (!done() && clock.elapsed() < 30000) {
-        QCoreApplication::processEvents();
-        QThread::msleep(2);
-    }
-    ASSERT_TRUE(done());
-}
 
 std::optional<QString> selected(const std::vector<SettingsScreen::Choice>& choices)
 {
