@@ -5,23 +5,24 @@ namespace kestrow {
 // One location of the batch: its start measures it on whichever thread takes it.
 class MeasuringBatch::Measurement final : public WalkCrew::Job {
 public:
-    Measurement(const ItemMeasurer& measurer, QString path)
+    Measurement(const ItemMeasurer& measurer, WalkCrew& crew, QString path)
         : m_measurer(measurer)
+        , m_crew(crew)
         , m_path(std::move(path))
     {
     }
 
     bool walk(std::size_t worker, UniqueFd, std::string) override
     {
-        metrics = m_measurer.measureItem(m_path, *crew, worker);
+        metrics = m_measurer.measureItem(m_path, m_crew, worker);
         return true;
     }
 
-    WalkCrew* crew = nullptr;
     MeasuredMetrics metrics;
 
 private:
     const ItemMeasurer& m_measurer;
+    WalkCrew& m_crew;
     QString m_path;
 };
 
@@ -35,8 +36,7 @@ MeasuringBatch::~MeasuringBatch() = default;
 
 std::size_t MeasuringBatch::add(const QString& path)
 {
-    auto measurement = std::make_unique<Measurement>(m_measurer, path);
-    measurement->crew = &m_crew;
+    auto measurement = std::make_unique<Measurement>(m_measurer, m_crew, path);
     m_crew.start(*measurement);
     m_measurements.push_back(std::move(measurement));
     return m_measurements.size() - 1;
