@@ -191,19 +191,49 @@ Rectangle {
             }
 
             Panel {
-                title: "Storage Footprint"
+                title: sidebar.view.footprintTitle
                 Layout.fillWidth: true
                 Layout.leftMargin: 12
                 Layout.rightMargin: 12
+                Text {
+                    visible: sidebar.view.footprintPending
+                    text: sidebar.view.footprintPendingTitle
+                    font.pixelSize: 12
+                    font.weight: Font.DemiBold
+                    color: Theme.ink
+                }
+                Text {
+                    visible: sidebar.view.footprintPending
+                    text: sidebar.view.footprintPendingDetail
+                    font.pixelSize: 11
+                    color: Theme.inkSecondary
+                    Layout.fillWidth: true
+                    wrapMode: Text.WordWrap
+                }
                 Repeater {
                     model: sidebar.view.footprintRows
-                    delegate: Text {
-                        required property string modelData
-                        text: modelData
-                        font.pixelSize: 12
-                        color: Theme.ink
+                    delegate: RowLayout {
+                        required property var modelData
                         Layout.fillWidth: true
-                        wrapMode: Text.WordWrap
+                        spacing: 6
+                        Icon {
+                            symbol: modelData.symbol
+                            size: 12
+                            color: Theme.color(modelData.colorName)
+                        }
+                        Text {
+                            text: modelData.label
+                            font.pixelSize: 12
+                            color: Theme.ink
+                            elide: Text.ElideRight
+                            Layout.fillWidth: true
+                        }
+                        Text {
+                            text: modelData.value
+                            font.pixelSize: 12
+                            font.family: "monospace"
+                            color: Theme.inkSecondary
+                        }
                     }
                 }
             }

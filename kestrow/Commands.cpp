@@ -9,6 +9,7 @@
 #include "CheckCommand.h"
 #include "CleanCommand.h"
 #include "LensCommand.h"
+#include "McpCommand.h"
 #include "RestoreCommand.h"
 #include "RulesCommand.h"
 #include "ScanCommand.h"
@@ -39,6 +40,7 @@ void setupAllCommands(CommandLine& commandLine)
     setupAppsUninstallCommand(commandLine, apps);
     setupAppsLeftoversCommand(commandLine, apps);
     setupStartupCommand(commandLine);
+    setupMcpCommand(commandLine);
 }
 
 } // namespace kestrow::cli

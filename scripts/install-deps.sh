@@ -18,3 +18,13 @@ if [ ${#missing[@]} -gt 0 ]; then
   $sudo_cmd apt-get update -qq
   DEBIAN_FRONTEND=noninteractive $sudo_cmd apt-get install -y -qq --no-install-recommends "${missing[@]}"
 fi
+
+# The agent test's client: node and npm from Debian when the machine has none (a node already
+# there is kept), then the pinned MCP client library.
+if ! command -v node >/dev/null || ! command -v npm >/dev/null; then
+  sudo_cmd=""
+  [ "$(id -u)" -ne 0 ] && sudo_cmd="sudo"
+  $sudo_cmd apt-get update -qq
+  DEBIAN_FRONTEND=noninteractive $sudo_cmd apt-get install -y -qq --no-install-recommends nodejs npm
+fi
+(cd "$(dirname "$0")/../tests/mcp-client" && npm ci --no-audit --no-fund --loglevel=error)

@@ -17,16 +17,16 @@ std::vector<CapacitySegment> CapacitySegment::segments(const DiskCapacityBreakdo
     std::vector<CapacitySegment> segments;
     if (!(breakdown.totalBytes > 0))
         return segments;
-    const auto add = [&](const char* id, const char* label, double bytes, Fill fill, ThemeColor color) {
-        if (bytes > 0)
-            segments.push_back({.id = QLatin1String(id),
-                                .label = QLatin1String(label),
-                                .bytes = bytes,
-                                .fraction = bytes / breakdown.totalBytes,
-                                .valueGB = Theme::legendGB(bytes),
-                                .fill = fill,
-                                .color = color,
-                                .striped = fill == Fill::striped});
+    const auto add = [&](const char* key, const char* name, double size, Fill look, ThemeColor tint) {
+        if (size > 0)
+            segments.push_back({.id = QLatin1String(key),
+                                .label = QLatin1String(name),
+                                .bytes = size,
+                                .fraction = size / breakdown.totalBytes,
+                                .valueGB = Theme::legendGB(size),
+                                .fill = look,
+                                .color = tint,
+                                .striped = look == Fill::striped});
     };
     add("system", "System", breakdown.systemBytes, Fill::solid, ThemeColor::trackSystem);
     add("apps", "Apps", breakdown.appsBytes, Fill::solid, ThemeColor::trackApps);

@@ -15,9 +15,15 @@ struct PlatformWords {
     QString themeDetail;
     QString thermalGovernorDetail;
     QString reducedMotionDetail;
+    QString menuBarLabel;
     QString menuBarDetail;
     QString trashFirstDetail;
+    QString permanentPurgeNote;
     QString fullDiskAccessTitle;
+    QString fullDiskAccessGrantedDetail;
+    QString fullDiskAccessOptionalDetail;
+    QString grantAccessHelp;
+    QString anomalySensitivityDetail;
     QString noStartupItemsDetail;
     QString inherentProtections;
 

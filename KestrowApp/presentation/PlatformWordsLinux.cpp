@@ -16,10 +16,20 @@ const PlatformWords& PlatformWords::current()
                                                 "on battery, power-saver mode, or heat"),
         .reducedMotionDetail =
             QStringLiteral("Freezes the diorama's looping animations, even when the desktop's reduced motion is off"),
+        .menuBarLabel = QStringLiteral("System Tray Companion"),
         .menuBarDetail = QStringLiteral("Show Kestrow's live read and Run sweep in the system tray"),
         .trashFirstDetail =
             QStringLiteral("Items move to the Trash. Fully restorable via the file manager's 'Restore'."),
+        .permanentPurgeNote = QStringLiteral("Permanent Purge isn't available in the app yet: every sweep goes to "
+                                             "the Trash, restorable from your file manager."),
         .fullDiskAccessTitle = QStringLiteral("Full Disk Access (FDA)"),
+        .fullDiskAccessGrantedDetail = QStringLiteral(
+            "Nothing in your home is guarded from Kestrow: it can inspect browser caches and system logs."),
+        .fullDiskAccessOptionalDetail = QStringLiteral("Kestrow cleans developer and user caches out of the box. "
+                                                       "Grant access to also scan protected mail and browser data."),
+        .grantAccessHelp = QStringLiteral("Grant Access in your desktop's privacy settings"),
+        .anomalySensitivityDetail =
+            QStringLiteral("Threshold for flagging unknown directory growth in ~/.cache or ~/.local/share"),
         .noStartupItemsDetail = QStringLiteral("Your computer starts without extra agents."),
         .inherentProtections = QStringLiteral(
             "Kestrow's sandbox validator automatically rejects and blocks any scanning or cleaning of core system "

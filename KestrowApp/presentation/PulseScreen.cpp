@@ -169,18 +169,6 @@ std::optional<VUMeter> PulseScreen::batteryMeter(const AppState& state, int cell
     return VUMeter{.percent = std::clamp(state.vitals()->battery->percentage / 100, 0.0, 1.0), .cells = cells};
 }
 
-QStringList PulseScreen::storageFootprintRows(const AppState& state)
-{
-    if (!state.scanResult())
-        return {QStringLiteral("Deep scan pending"),
-                QStringLiteral("Run a scan to measure package caches, AI models, and junk.")};
-    QStringList rows;
-    for (const CategorySummary& row : state.scanResult()->summary.categoryBreakdown)
-        rows.append(row.category.displayName() + QStringLiteral(": ") + Theme::byteText(row.totalAllocatedBytes));
-    rows.append(QStringLiteral("Orphans (") + QString::number(state.leftovers().size()) + QStringLiteral(" items)"));
-    return rows;
-}
-
 QString PulseScreen::fullDiskAccessTitle(const AppState& state)
 {
     return state.hasFullDiskAccess() ? QStringLiteral("FDA Granted") : QStringLiteral("FDA Optional");

@@ -49,8 +49,6 @@ public:
     [[nodiscard]] static std::optional<VUMeter> memoryMeter(const AppState& state, int cells);
     [[nodiscard]] static std::optional<VUMeter> batteryMeter(const AppState& state, int cells);
 
-    // Rows of the storage footprint panel: a kind of storage and its size, then the orphans.
-    [[nodiscard]] static QStringList storageFootprintRows(const AppState& state);
     [[nodiscard]] static QString fullDiskAccessTitle(const AppState& state);
 
     [[nodiscard]] static bool canRunSweep(const AppState& state);

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "city/DioramaStyle.h"
 #include "scan/ScanTargetFilter.h"
 #include "scan/ThermalGovernor.h"
 #include "settings/AppTheme.h"
-#include "settings/DioramaStyle.h"
 #include "storage/ScanTarget.h"
 
 #include <QObject>

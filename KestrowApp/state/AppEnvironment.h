@@ -3,13 +3,16 @@
 #include "platform/FileManager.h"
 #include "platform/SoftwareRoot.h"
 #include "platform/SystemSource.h"
+#include "scan/DeepScanEngine.h"
 #include "system/StartupLocations.h"
 
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 #include <optional>
+#include <stop_token>
 
 namespace kestrow {
 
@@ -29,6 +32,11 @@ struct AppEnvironment {
     std::optional<SoftwareRoot> softwareRoot;         // absent: the machine's own
     std::optional<StartupLocations> startupLocations; // absent: the home's standard ones
     int workerThreads = 2;                            // for the work of all flows together
+    // Runs the scan of a scan flow on the engine built for it; absent: the engine's own scan.
+    // Called on a worker thread.
+    std::function<ScanResult(DeepScanEngine& engine, const std::optional<CategorySet>& categories,
+                             std::stop_token stop)>
+        scan;
 };
 
 } // namespace kestrow

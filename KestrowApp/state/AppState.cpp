@@ -140,6 +140,19 @@ DiskCapacityBreakdown AppState::capacityBreakdown() const
                                  m_scanResult ? std::optional(m_scanResult->summary.safeFreeableBytes) : std::nullopt);
 }
 
+DiskCityModel AppState::cityModel() const
+{
+    return DiskCityModel::from({.isScanning = m_isScanning,
+                                .isCleaning = m_isCleaning,
+                                .isLoadingApps = m_isLoadingApps,
+                                .isAnalyzingSpace = m_isAnalyzingSpace,
+                                .isLoadingStartup = m_isLoadingStartup,
+                                .lastCleanupSummary = m_lastCleanupSummary ? &*m_lastCleanupSummary : nullptr,
+                                .scanResult = m_scanResult ? &*m_scanResult : nullptr,
+                                .vitals = m_vitals ? &*m_vitals : nullptr,
+                                .installedApps = m_installedApps});
+}
+
 std::vector<CapacitySegment> AppState::capacitySegments() const
 {
     return CapacitySegment::segments(capacityBreakdown());
@@ -157,9 +170,11 @@ void AppState::scanThen(Continuation then)
     const ScanTargetFilter filter = currentFilter();
     std::shared_ptr<ThermalGovernor> governor = m_settings->makeThermalGovernor();
     m_runner.run<ScanResult>(
-        [filter, governor, home = m_home, fileManager = m_environment.fileManager](std::stop_token stop) {
+        [filter, governor, home = m_home, fileManager = m_environment.fileManager,
+         scan = m_environment.scan](std::stop_token stop) {
             DeepScanEngine engine({.homeURL = home, .fileManager = fileManager, .thermalGovernor = governor});
-            return filter.apply(engine.scan(filter.categoriesToScan(), {}, stop));
+            const std::optional<CategorySet> categories = filter.categoriesToScan();
+            return filter.apply(scan ? scan(engine, categories, stop) : engine.scan(categories, {}, stop));
         },
         [this, then = std::move(then)](FlowOutcome<ScanResult> outcome) {
             if (outcome.value) {

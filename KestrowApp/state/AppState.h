@@ -3,6 +3,7 @@
 #include "analysis/SpaceNode.h"
 #include "apps/AppLeftover.h"
 #include "apps/InstalledApp.h"
+#include "city/DiskCityModel.h"
 #include "cleanup/TrashSummary.h"
 #include "state/AppEnvironment.h"
 #include "state/AppTab.h"
@@ -89,6 +90,8 @@ public:
 
     [[nodiscard]] DiskCapacityBreakdown capacityBreakdown() const;
     [[nodiscard]] std::vector<CapacitySegment> capacitySegments() const;
+    // What the city stage shows of the state now.
+    [[nodiscard]] DiskCityModel cityModel() const;
 
     // The scan; its result is narrowed by the current target switches and exclusions.
     Q_INVOKABLE void runSmartScan();

@@ -17,6 +17,7 @@
 #include <cerrno>
 #include <dirent.h>
 #include <fcntl.h>
+#include <optional>
 #include <string_view>
 #include <sys/stat.h>
 #include <thread>
@@ -111,42 +112,90 @@ private:
 
 // One thread of a walk on several: its part of the sink and its own walker.
 struct CrewMember {
-    CrewMember(const SystemCalls& calls, WalkSink& part, const WalkOptions& options, WalkCrew& crew)
+    CrewMember(const SystemCalls& calls, WalkSink& part, const WalkOptions& options, WalkCrew& crew, WalkCrew::Job& job)
         : visitor(calls, part, options)
-        , walker(calls, visitor, crew)
+        , walker(calls, visitor, crew, job)
     {
     }
     SinkVisitor visitor;
     TreeWalker walker;
 };
 
+// A walk into one sink that the threads of a crew share: the thread that begins it walks into
+// the sink itself, every other thread into a part of its own, joined in when all is walked.
+class SinkWalk final : public WalkCrew::Job {
+public:
+    SinkWalk(const SystemCalls& calls, WalkSink& sink, std::vector<std::unique_ptr<WalkSink>> parts,
+             const WalkOptions& options, const FileStatus* mount, WalkCrew& crew, std::size_t owner)
+        : m_calls(calls)
+        , m_sink(sink)
+        , m_parts(std::move(parts))
+        , m_options(options)
+        , m_mount(mount)
+        , m_crew(crew)
+        , m_owner(owner)
+        , m_members(crew.workers())
+    {
+    }
+
+    bool walk(std::size_t worker, UniqueFd folder, std::string path) override
+    {
+        std::unique_ptr<CrewMember>& member = m_members[worker];
+        if (!member)
+            member = std::make_unique<CrewMember>(m_calls, worker == m_owner ? m_sink : *m_parts[worker], m_options,
+                                                  m_crew, *this);
+        return member->walker.walk(std::move(folder), std::move(path), m_mount);
+    }
+
+    void joinParts()
+    {
+        for (const std::unique_ptr<WalkSink>& part : m_parts)
+            if (part)
+                m_sink.join(*part);
+    }
+
+private:
+    const SystemCalls& m_calls;
+    WalkSink& m_sink;
+    std::vector<std::unique_ptr<WalkSink>> m_parts; // by worker; none for the owner
+    const WalkOptions& m_options;
+    const FileStatus* m_mount;
+    WalkCrew& m_crew;
+    std::size_t m_owner;
+    std::vector<std::unique_ptr<CrewMember>> m_members; // by worker, each made on its own thread
+};
+
 // Walks the open `root`, on one thread or, with a sink that splits, on as many as `options`
-// allows, each into a part of the sink of its own; the parts are joined in when all is walked.
+// allows (or on the crew it names), each into a part of the sink of its own; the parts are
+// joined in when all is walked.
 void walkTree(const SystemCalls& calls, UniqueFd root, std::string path, const FileStatus* mount, WalkSink& sink,
               std::stop_token stop, const WalkOptions& options)
 {
-    std::vector<std::unique_ptr<WalkSink>> parts;
-    for (std::size_t count = 1; count < options.threads; ++count) {
-        std::unique_ptr<WalkSink> part = sink.split();
-        if (!part)
+    std::optional<WalkCrew> ownCrew;
+    WalkCrew* crew = options.crew;
+    const std::size_t owner = crew ? options.worker : 0;
+    if (crew)
+        stop = crew->stopToken();
+    const std::size_t workers = crew ? crew->workers() : options.threads;
+    std::vector<std::unique_ptr<WalkSink>> parts(std::max<std::size_t>(workers, 1));
+    for (std::size_t worker = 0; worker < parts.size(); ++worker) {
+        if (worker != owner && !(parts[worker] = sink.split())) {
+            parts.clear();
             break;
-        parts.push_back(std::move(part));
+        }
     }
-    if (parts.empty()) {
+    if (parts.size() < 2) {
         SinkVisitor visitor(calls, sink, options);
         TreeWalker(calls, visitor, std::move(stop)).walk(std::move(root), std::move(path), mount);
         return;
     }
-    WalkCrew crew(parts.size() + 1, std::move(stop));
-    std::vector<std::unique_ptr<CrewMember>> members(crew.threads());
-    crew.run(std::move(root), std::move(path), [&](std::size_t worker, UniqueFd folder, std::string at) {
-        std::unique_ptr<CrewMember>& member = members[worker];
-        if (!member)
-            member = std::make_unique<CrewMember>(calls, worker == 0 ? sink : *parts[worker - 1], options, crew);
-        return member->walker.walk(std::move(folder), std::move(at), mount);
-    });
-    for (const std::unique_ptr<WalkSink>& part : parts)
-        sink.join(*part);
+    if (!crew)
+        crew = &ownCrew.emplace(workers - 1, std::move(stop));
+    SinkWalk walk(calls, sink, std::move(parts), options, mount, *crew, owner);
+    if (!walk.walk(owner, std::move(root), std::move(path)))
+        crew->end(walk);
+    crew->wait(walk, owner);
+    walk.joinParts();
 }
 
 } // namespace

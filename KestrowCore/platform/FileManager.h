@@ -17,6 +17,7 @@
 namespace kestrow {
 
 class FreedesktopTrash;
+class WalkCrew;
 
 // Receives what a deep walk sees. A walk on several threads gives each thread a part of the
 // sink of its own, made by `split`, and joins the parts into the sink at the end; a sink that
@@ -49,6 +50,10 @@ struct WalkOptions {
     // False passes over every folder below the root that is a bundle (BundleFolders), as if it
     // held nothing; the root itself is always walked.
     bool entersBundles = true;
+    // Walks as the thread `worker` of `crew` instead of on threads of its own: the crew's other
+    // threads take folders of it as they come free, and the crew's stop ends it.
+    WalkCrew* crew = nullptr;
+    std::size_t worker = 0;
 
     // As many threads as the machine has processors.
     [[nodiscard]] static WalkOptions allProcessors();

@@ -1,7 +1,5 @@
 #include "platform/TreeWalker.h"
 
-#include "platform/WalkCrew.h"
-
 #include <algorithm>
 #include <cerrno>
 #include <dirent.h>
@@ -34,12 +32,13 @@ TreeWalker::TreeWalker(const SystemCalls& calls, Visitor& visitor, std::stop_tok
 {
 }
 
-TreeWalker::TreeWalker(const SystemCalls& calls, Visitor& visitor, WalkCrew& crew)
+TreeWalker::TreeWalker(const SystemCalls& calls, Visitor& visitor, WalkCrew& crew, WalkCrew::Job& job)
     : m_calls(calls)
     , m_visitor(visitor)
     , m_stop(crew.stopToken())
     , m_crew(&crew)
-    , m_openLevels(std::max<std::size_t>(openLevels / crew.threads(), 8))
+    , m_job(&job)
+    , m_openLevels(std::max<std::size_t>(openLevels / crew.workers(), 8))
     , m_lister(calls)
 {
 }
@@ -150,7 +149,7 @@ bool TreeWalker::descend(const char* name)
         handOverShallowest();
     UniqueFd child(openFolder(parentFolder, name, m_mount));
     bool goOn = true;
-    if (child.isOpen() && m_crew && m_crew->wantsFolder() && m_crew->handOver(child, m_path)) {
+    if (child.isOpen() && m_crew && m_crew->wantsFolder() && m_crew->handOver(*m_job, child, m_path)) {
         m_path.resize(mark); // another thread walks it
         return true;
     }
@@ -197,7 +196,7 @@ bool TreeWalker::handOverShallowest()
             return false;
         // What cannot be opened here is left in place, to be met and reported in its turn.
         UniqueFd child(openFolder(frame.folder.get(), name, m_mount));
-        if (!child.isOpen() || !m_crew->handOver(child, path))
+        if (!child.isOpen() || !m_crew->handOver(*m_job, child, path))
             return false;
         // Taken out of the listing's unvisited part: moved to its front and passed.
         // What comes to stand in its place was searched already.

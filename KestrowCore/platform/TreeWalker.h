@@ -4,6 +4,7 @@
 #include "platform/FolderLister.h"
 #include "platform/SystemCalls.h"
 #include "platform/UniqueFd.h"
+#include "platform/WalkCrew.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -13,8 +14,6 @@
 #include <vector>
 
 namespace kestrow {
-
-class WalkCrew;
 
 // Depth first over a folder tree through descriptors, never following a link. Each folder is
 // listed once, whole, before anything below it is entered, so that however deep the tree only
@@ -53,9 +52,9 @@ public:
     static constexpr std::size_t openLevels = 64;
 
     TreeWalker(const SystemCalls& calls, Visitor& visitor, std::stop_token stop = {});
-    // One walker of `crew`, on one of its threads: it hands sub-folders over when the crew
-    // wants them, and keeps fewer folders open, its share of `openLevels`.
-    TreeWalker(const SystemCalls& calls, Visitor& visitor, WalkCrew& crew);
+    // One walker of `job` in `crew`, on one of the crew's threads: it hands sub-folders over
+    // when the crew wants them, and keeps fewer folders open, its share of `openLevels`.
+    TreeWalker(const SystemCalls& calls, Visitor& visitor, WalkCrew& crew, WalkCrew::Job& job);
 
     // Walks what the open folder `root` at `path` holds. With `mount` (the status of a folder
     // on the mount to stay on), a sub-folder where another mount is attached, a bind mount of
@@ -92,6 +91,7 @@ private:
     Visitor& m_visitor;
     std::stop_token m_stop;
     WalkCrew* m_crew = nullptr;
+    WalkCrew::Job* m_job = nullptr;
     std::size_t m_openLevels = openLevels;
     FolderLister m_lister;
     const FileStatus* m_mount = nullptr;

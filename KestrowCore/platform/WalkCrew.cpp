@@ -1,16 +1,15 @@
 #include "platform/WalkCrew.h"
 
-#include <algorithm>
 #include <system_error>
 
 namespace kestrow {
 
-WalkCrew::WalkCrew(std::size_t threads, std::stop_token stop)
-    : m_threads(std::max<std::size_t>(threads, 1))
-    , m_idle(m_threads - 1)
+WalkCrew::WalkCrew(std::size_t helpers, std::stop_token stop)
+    : m_helpers(helpers)
+    , m_idle(helpers)
     , m_outerStop(std::move(stop), [this] { end(); })
 {
-    m_helpers.reserve(m_threads - 1);
+    m_threads.reserve(m_helpers);
 }
 
 WalkCrew::~WalkCrew()
@@ -18,66 +17,99 @@ WalkCrew::~WalkCrew()
     end();
 }
 
-bool WalkCrew::run(UniqueFd root, std::string path, const Walk& walk)
-{
-    m_walk = &walk;
-    if (!walk(0, std::move(root), std::move(path)))
-        end();
-    {
-        const std::lock_guard lock(m_mutex);
-        m_idle.fetch_add(1, std::memory_order_relaxed);
-    }
-    serve(0);
-    // Once ended, no helper starts any more, so the list holds still.
-    for (std::jthread& helper : m_helpers)
-        helper.join();
-    return !m_stop.stop_requested();
-}
-
-bool WalkCrew::handOver(UniqueFd& folder, std::string_view path)
+void WalkCrew::start(Job& job)
 {
     const std::lock_guard lock(m_mutex);
-    if (m_ended || m_queue.size() >= m_idle.load(std::memory_order_relaxed))
-        return false;
-    m_queue.push_back({std::move(folder), std::string(path)});
-    m_queued.store(m_queue.size(), std::memory_order_relaxed);
-    if (m_waiting > 0) {
-        m_changed.notify_one();
-    } else if (m_helpers.size() + 1 < m_threads) {
-        try {
-            const std::size_t worker = m_helpers.size() + 1;
-            m_helpers.emplace_back([this, worker] { serve(worker); });
-        } catch (const std::system_error&) {
-            // No thread to be had: the threads already walking take the folder later.
-        }
+    if (m_ended) {
+        job.m_ended = true;
+        return;
     }
+    ++job.m_pending;
+    queue({&job, {}, {}}, true);
+}
+
+bool WalkCrew::wait(Job& job, std::size_t worker, bool takesStarts)
+{
+    std::unique_lock lock(m_mutex);
+    m_idle.fetch_add(1, std::memory_order_relaxed);
+    serve(lock, worker, &job, takesStarts);
+    m_idle.fetch_sub(1, std::memory_order_relaxed);
+    return !job.m_ended && !m_ended;
+}
+
+bool WalkCrew::isOver(const Job& job)
+{
+    const std::lock_guard lock(m_mutex);
+    return job.m_pending == 0;
+}
+
+void WalkCrew::end(Job& job)
+{
+    const std::lock_guard lock(m_mutex);
+    job.m_ended = true;
+}
+
+bool WalkCrew::handOver(Job& job, UniqueFd& folder, std::string_view path)
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_ended || m_folders.size() + m_starts.size() >= m_idle.load(std::memory_order_relaxed))
+        return false;
+    ++job.m_pending;
+    queue({&job, std::move(folder), std::string(path)}, false);
     return true;
 }
 
-void WalkCrew::serve(std::size_t worker)
+void WalkCrew::queue(Task task, bool isStart)
 {
-    std::unique_lock lock(m_mutex);
-    while (!m_ended) {
-        if (!m_queue.empty()) {
-            Task task = std::move(m_queue.front());
-            m_queue.pop_front();
-            m_queued.store(m_queue.size(), std::memory_order_relaxed);
-            m_idle.fetch_sub(1, std::memory_order_relaxed);
-            lock.unlock();
-            if (!(*m_walk)(worker, std::move(task.folder), std::move(task.path)))
-                end();
-            lock.lock();
-            m_idle.fetch_add(1, std::memory_order_relaxed);
+    (isStart ? m_starts : m_folders).push_back(std::move(task));
+    m_queued.store(m_folders.size() + m_starts.size(), std::memory_order_relaxed);
+    // Any thread takes a folder; a start wants one that is not inside a walk of its own.
+    if (m_waiting > 0) {
+        if (isStart)
+            m_changed.notify_all();
+        else
+            m_changed.notify_one();
+    }
+    if ((isStart || m_waiting == 0) && m_threads.size() < m_helpers) {
+        try {
+            const std::size_t worker = m_threads.size() + 1;
+            m_threads.emplace_back([this, worker] {
+                std::unique_lock lock(m_mutex);
+                serve(lock, worker, nullptr, true);
+            });
+        } catch (const std::system_error&) {
+            // No thread to be had: the threads already walking take the task later.
+        }
+    }
+}
+
+void WalkCrew::serve(std::unique_lock<std::mutex>& lock, std::size_t worker, Job* until, bool takesStarts)
+{
+    // Once ended, a helper leaves; a wait still lasts until what is being walked of its job is
+    // over, since the walk refers to the job.
+    while (until ? until->m_pending > 0 : !m_ended) {
+        std::deque<Task>* tasks = !m_folders.empty()                 ? &m_folders
+                                  : takesStarts && !m_starts.empty() ? &m_starts
+                                                                     : nullptr;
+        if (!tasks) {
+            ++m_waiting;
+            m_changed.wait(lock);
+            --m_waiting;
             continue;
         }
-        if (m_idle.load(std::memory_order_relaxed) == m_threads) {
-            // Nobody walks and nothing waits: the walk is over.
+        Task task = std::move(tasks->front());
+        tasks->pop_front();
+        m_queued.store(m_folders.size() + m_starts.size(), std::memory_order_relaxed);
+        m_idle.fetch_sub(1, std::memory_order_relaxed);
+        const bool skip = task.job->m_ended;
+        lock.unlock();
+        const bool goOn = skip || task.job->walk(worker, std::move(task.folder), std::move(task.path));
+        lock.lock();
+        m_idle.fetch_add(1, std::memory_order_relaxed);
+        if (!goOn)
+            task.job->m_ended = true;
+        if (--task.job->m_pending == 0)
             m_changed.notify_all();
-            return;
-        }
-        ++m_waiting;
-        m_changed.wait(lock);
-        --m_waiting;
     }
 }
 
@@ -86,6 +118,15 @@ void WalkCrew::end()
     m_stop.request_stop();
     const std::lock_guard lock(m_mutex);
     m_ended = true;
+    // What waits in the queue is dropped; its jobs learn it through their counts.
+    for (std::deque<Task>* tasks : {&m_folders, &m_starts}) {
+        for (Task& task : *tasks) {
+            task.job->m_ended = true;
+            --task.job->m_pending;
+        }
+        tasks->clear();
+    }
+    m_queued.store(0, std::memory_order_relaxed);
     m_changed.notify_all();
 }
 

@@ -1,6 +1,7 @@
 #include "scan/ItemMeasurer.h"
 
 #include "platform/InodeKey.h"
+#include "platform/WalkCrew.h"
 #include "support/TimeStamp.h"
 
 #include <algorithm>
@@ -104,13 +105,20 @@ ItemMeasurer::ItemMeasurer(const FileManager& fileManager, PermissionErrorTest i
 {
 }
 
+std::size_t ItemMeasurer::threads() const
+{
+    if (!m_thermalGovernor)
+        return WalkOptions::allProcessors().threads;
+    return static_cast<std::size_t>(std::max(m_thermalGovernor->currentProfile().maxParallelTasks, 1));
+}
+
 WalkOptions ItemMeasurer::walkOptions(const std::stop_token& stop) const
 {
     if (!m_thermalGovernor)
         return WalkOptions::allProcessors();
     ThermalGovernor& governor = *m_thermalGovernor;
     return {
-        .threads = static_cast<std::size_t>(std::max(governor.currentProfile().maxParallelTasks, 1)),
+        .threads = threads(),
         // Each thread waits out a pause at its next folder; a stop ends the walk.
         .pace =
             [&governor, stop] {
@@ -128,6 +136,20 @@ WalkOptions ItemMeasurer::walkOptions(const std::stop_token& stop) const
 
 MeasuredMetrics ItemMeasurer::measureItem(const QString& path, std::stop_token stop) const
 {
+    const WalkOptions options = walkOptions(stop);
+    return measureItem(path, std::move(stop), options);
+}
+
+MeasuredMetrics ItemMeasurer::measureItem(const QString& path, WalkCrew& crew, std::size_t worker) const
+{
+    WalkOptions options = walkOptions(crew.stopToken());
+    options.crew = &crew;
+    options.worker = worker;
+    return measureItem(path, crew.stopToken(), options);
+}
+
+MeasuredMetrics ItemMeasurer::measureItem(const QString& path, std::stop_token stop, const WalkOptions& options) const
+{
     // The item itself, as the clean-up acts on it: "link/" names the entry "link" as much as
     // "link" does, and a link is measured as the link, whatever it leads to.
     QString item = path;
@@ -141,7 +163,6 @@ MeasuredMetrics ItemMeasurer::measureItem(const QString& path, std::stop_token s
         return measureSingleFile(item);
 
     MeasuringSink sink(m_isPermissionError);
-    const WalkOptions options = walkOptions(stop);
     m_fileManager.walk(item, sink, std::move(stop), options);
     const Totals totals = sink.totals();
     MeasuredMetrics metrics{

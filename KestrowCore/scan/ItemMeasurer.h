@@ -29,11 +29,17 @@ public:
     // Nothing there (a link leading nowhere included) measures as nothing; a folder as all it
     // holds, at least one file; anything else, a link to a folder included, as itself alone.
     [[nodiscard]] MeasuredMetrics measureItem(const QString& path, std::stop_token stop = {}) const;
+    // The same, walked as the thread `worker` of `crew`, whose other threads may help.
+    [[nodiscard]] MeasuredMetrics measureItem(const QString& path, WalkCrew& crew, std::size_t worker) const;
+    // Threads that may walk at once now.
+    [[nodiscard]] std::size_t threads() const;
     // Its own lstat: a link's length and blocks, never its target's.
     [[nodiscard]] MeasuredMetrics measureSingleFile(const QString& path) const;
 
 private:
     [[nodiscard]] WalkOptions walkOptions(const std::stop_token& stop) const;
+    [[nodiscard]] MeasuredMetrics measureItem(const QString& path, std::stop_token stop,
+                                              const WalkOptions& options) const;
 
     const FileManager& m_fileManager;
     PermissionErrorTest m_isPermissionError;

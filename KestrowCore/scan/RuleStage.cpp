@@ -59,24 +59,25 @@ std::vector<DiscoveredItem> RuleStage::scanRegistryRules(const RuleRegistry& reg
                 checkpoint(stop);
                 if (isExcluded(rule, path))
                     continue;
-                const MeasuredMetrics metrics = scan.measure(path);
-                if (!metrics.hasContent())
-                    continue; // vanished since it was resolved
-                scan.emitUnclassified(DiscoveredItem{
-                    .id = QUuid::createUuid(),
-                    .path = path,
-                    .category = rule.category,
-                    .riskTier = rule.riskTier,
-                    .logicalSizeBytes = metrics.logicalBytes,
-                    .allocatedSizeBytes = metrics.allocatedBytes,
-                    .fileCount = metrics.fileCount,
-                    .lastAccessedDate = metrics.lastAccessedDate,
-                    .lastModifiedDate = metrics.lastModifiedDate,
-                    .isOrphaned = false,
-                    .isLocked = false,
-                    .requiresFullDiskAccess = metrics.requiresFullDiskAccess,
-                    .itemDescription = rule.name,
-                    .ruleId = rule.id,
+                scan.emitMeasured(path, [rule, path](const MeasuredMetrics& metrics) -> std::optional<DiscoveredItem> {
+                    if (!metrics.hasContent())
+                        return std::nullopt; // vanished since it was resolved
+                    return DiscoveredItem{
+                        .id = QUuid::createUuid(),
+                        .path = path,
+                        .category = rule.category,
+                        .riskTier = rule.riskTier,
+                        .logicalSizeBytes = metrics.logicalBytes,
+                        .allocatedSizeBytes = metrics.allocatedBytes,
+                        .fileCount = metrics.fileCount,
+                        .lastAccessedDate = metrics.lastAccessedDate,
+                        .lastModifiedDate = metrics.lastModifiedDate,
+                        .isOrphaned = false,
+                        .isLocked = false,
+                        .requiresFullDiskAccess = metrics.requiresFullDiskAccess,
+                        .itemDescription = rule.name,
+                        .ruleId = rule.id,
+                    };
                 });
             }
         }

@@ -8,27 +8,32 @@ namespace kestrow {
 
 TargetScan::TargetScan(const ItemMeasurer& measurer, const RiskClassifier& riskClassifier,
                        const ScanProgressCallback& progress, std::stop_token stop)
-    : m_measurer(measurer)
-    , m_riskClassifier(&riskClassifier)
+    : m_riskClassifier(&riskClassifier)
     , m_progress(progress)
-    , m_stop(std::move(stop))
+    , m_stop(stop)
+    , m_batch(measurer, std::move(stop))
 {
 }
 
 TargetScan::TargetScan(const ItemMeasurer& measurer, const ScanProgressCallback& progress, std::stop_token stop)
-    : m_measurer(measurer)
-    , m_riskClassifier(nullptr)
+    : m_riskClassifier(nullptr)
     , m_progress(progress)
-    , m_stop(std::move(stop))
+    , m_stop(stop)
+    , m_batch(measurer, std::move(stop))
 {
 }
 
-void TargetScan::emit(const Location& location, const MeasuredMetrics& metrics)
+MeasuredMetrics TargetScan::measure(const QString& path)
+{
+    return m_batch.take(m_batch.add(path));
+}
+
+DiscoveredItem TargetScan::classified(const Location& location, const MeasuredMetrics& metrics) const
 {
     Q_ASSERT_X(m_riskClassifier, "TargetScan::emit", "a scan of already tiered items emits with emitUnclassified");
     const RiskClassificationResult classification =
         m_riskClassifier->classify(location.path, location.category, location.isOrphaned);
-    DiscoveredItem item{
+    return DiscoveredItem{
         .id = QUuid::createUuid(),
         .path = location.path,
         .category = location.category,
@@ -44,10 +49,51 @@ void TargetScan::emit(const Location& location, const MeasuredMetrics& metrics)
         .itemDescription = location.description,
         .ruleId = classification.matchedRuleId ? classification.matchedRuleId : location.defaultRuleId,
     };
-    emitUnclassified(std::move(item));
+}
+
+void TargetScan::emit(const Location& location, const MeasuredMetrics& metrics)
+{
+    m_emissions.push_back({.measurement = std::nullopt, .make = {}, .item = classified(location, metrics)});
+    settle(false);
 }
 
 void TargetScan::emitUnclassified(DiscoveredItem item)
+{
+    m_emissions.push_back({.measurement = std::nullopt, .make = {}, .item = std::move(item)});
+    settle(false);
+}
+
+void TargetScan::emitIfContent(const Location& location)
+{
+    emitMeasured(location.path, [this, location](const MeasuredMetrics& metrics) -> std::optional<DiscoveredItem> {
+        if (!metrics.hasContent())
+            return std::nullopt;
+        return classified(location, metrics);
+    });
+}
+
+void TargetScan::emitMeasured(const QString& path, ItemMaker make)
+{
+    m_emissions.push_back({.measurement = m_batch.add(path), .make = std::move(make), .item = std::nullopt});
+    settle(false);
+}
+
+void TargetScan::settle(bool wait)
+{
+    while (!m_emissions.empty()) {
+        Emission& next = m_emissions.front();
+        if (next.measurement) {
+            if (!wait && !m_batch.isReady(*next.measurement))
+                return;
+            next.item = next.make(m_batch.take(*next.measurement));
+        }
+        if (next.item)
+            report(std::move(*next.item));
+        m_emissions.pop_front();
+    }
+}
+
+void TargetScan::report(DiscoveredItem item)
 {
     if (m_progress)
         m_progress(ScanProgress{
@@ -61,13 +107,11 @@ void TargetScan::emitUnclassified(DiscoveredItem item)
     m_items.push_back(std::move(item));
 }
 
-bool TargetScan::emitIfContent(const Location& location)
+std::vector<DiscoveredItem> TargetScan::takeItems()
 {
-    const MeasuredMetrics metrics = measure(location.path);
-    if (!metrics.hasContent())
-        return false;
-    emit(location, metrics);
-    return true;
+    settle(true);
+    checkCancellation();
+    return std::move(m_items);
 }
 
 void TargetScan::checkCancellation() const

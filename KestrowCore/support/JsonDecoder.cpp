@@ -17,8 +17,35 @@ JsonDecoder::JsonDecoder(const JsonValue& value, QString context)
         throw JsonDecodingError(QStringLiteral("Expected an object for %1.").arg(m_context));
 }
 
+namespace {
+
+// Where a control character stands unescaped inside a string, which JSON forbids and Qt's
+// reader lets through; -1 when none does.
+qsizetype unescapedControlCharacter(const QByteArray& text)
+{
+    bool inString = false;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        if (!inString) {
+            inString = byte == '"';
+        } else if (byte == '\\') {
+            ++i;
+        } else if (byte == '"') {
+            inString = false;
+        } else if (byte < 0x20) {
+            return i;
+        }
+    }
+    return -1;
+}
+
+} // namespace
+
 JsonValue JsonDecoder::parse(const QByteArray& text)
 {
+    if (const qsizetype at = unescapedControlCharacter(text); at >= 0)
+        throw JsonDecodingError(
+            QStringLiteral("The data isn't valid JSON: unescaped control character in a string at offset %1.").arg(at));
     QJsonParseError error{};
     const QJsonDocument document = QJsonDocument::fromJson(text, &error);
     if (error.error != QJsonParseError::NoError)

@@ -2,6 +2,7 @@
 
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QVariant>
 
 #include <cmath>
 
@@ -51,10 +52,15 @@ JsonValue JsonValue::fromQt(const QJsonValue& value)
     case QJsonValue::Bool:
         return value.toBool();
     case QJsonValue::Double: {
-        // Integral numbers come back as integers, exactly, so that byte counts survive.
-        const double d = value.toDouble();
-        if (std::trunc(d) == d && std::abs(d) < 9.2e18)
+        // Integral numbers come back as integers, exactly, so that byte counts survive: the
+        // reader keeps every integer literal of 64 bits as one, and a double of integral value
+        // in range ("1.0", "1e3") converts without loss.
+        if (value.toVariant().typeId() == QMetaType::LongLong)
             return static_cast<std::int64_t>(value.toInteger());
+        const double d = value.toDouble();
+        constexpr double twoTo63 = 9223372036854775808.0;
+        if (std::trunc(d) == d && d >= -twoTo63 && d < twoTo63)
+            return static_cast<std::int64_t>(d);
         return d;
     }
     case QJsonValue::String:

@@ -2,6 +2,7 @@
 
 #include "presentation/CapacitySegment.h"
 #include "presentation/CapacityTrack.h"
+#include "presentation/FootprintPanel.h"
 #include "presentation/PlatformWords.h"
 #include "presentation/PulseScreen.h"
 
@@ -175,9 +176,35 @@ QVariantMap PulseView::batteryMeter() const
     return meterMap(PulseScreen::batteryMeter(m_state, meterCells), charging);
 }
 
-QStringList PulseView::footprintRows() const
+QString PulseView::footprintTitle()
 {
-    return PulseScreen::storageFootprintRows(m_state);
+    return FootprintPanel::title();
+}
+
+bool PulseView::footprintPending() const
+{
+    return FootprintPanel::isPending(m_state);
+}
+
+QString PulseView::footprintPendingTitle()
+{
+    return FootprintPanel::pendingTitle();
+}
+
+QString PulseView::footprintPendingDetail()
+{
+    return FootprintPanel::pendingDetail();
+}
+
+QVariantList PulseView::footprintRows() const
+{
+    QVariantList rows;
+    for (const FootprintPanel::Row& row : FootprintPanel::rows(m_state))
+        rows.append(QVariantMap{{QStringLiteral("symbol"), row.symbol},
+                                {QStringLiteral("label"), row.label},
+                                {QStringLiteral("value"), row.value},
+                                {QStringLiteral("colorName"), colorName(row.color)}});
+    return rows;
 }
 
 QString PulseView::fullDiskAccessTitle() const

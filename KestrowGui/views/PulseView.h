@@ -38,7 +38,11 @@ class PulseView : public StateView {
     Q_PROPERTY(QVariantMap cpuMeter READ cpuMeter NOTIFY changed)
     Q_PROPERTY(QVariantMap memoryMeter READ memoryMeter NOTIFY changed)
     Q_PROPERTY(QVariantMap batteryMeter READ batteryMeter NOTIFY changed)
-    Q_PROPERTY(QStringList footprintRows READ footprintRows NOTIFY changed)
+    Q_PROPERTY(QString footprintTitle READ footprintTitle CONSTANT)
+    Q_PROPERTY(bool footprintPending READ footprintPending NOTIFY changed)
+    Q_PROPERTY(QString footprintPendingTitle READ footprintPendingTitle CONSTANT)
+    Q_PROPERTY(QString footprintPendingDetail READ footprintPendingDetail CONSTANT)
+    Q_PROPERTY(QVariantList footprintRows READ footprintRows NOTIFY changed)
     Q_PROPERTY(QString fullDiskAccessTitle READ fullDiskAccessTitle NOTIFY changed)
     Q_PROPERTY(bool canRunSweep READ canRunSweep NOTIFY changed)
     Q_PROPERTY(QString scanAgainTitle READ scanAgainTitle NOTIFY changed)
@@ -81,7 +85,12 @@ public:
     [[nodiscard]] QVariantMap cpuMeter() const;
     [[nodiscard]] QVariantMap memoryMeter() const;
     [[nodiscard]] QVariantMap batteryMeter() const;
-    [[nodiscard]] QStringList footprintRows() const;
+    [[nodiscard]] static QString footprintTitle();
+    [[nodiscard]] bool footprintPending() const;
+    [[nodiscard]] static QString footprintPendingTitle();
+    [[nodiscard]] static QString footprintPendingDetail();
+    // symbol, label, value and colorName of each row.
+    [[nodiscard]] QVariantList footprintRows() const;
     [[nodiscard]] QString fullDiskAccessTitle() const;
     [[nodiscard]] bool canRunSweep() const;
     [[nodiscard]] QString scanAgainTitle() const;

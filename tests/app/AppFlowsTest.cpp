@@ -2,21 +2,21 @@
 #include "state/AppState.h"
 #include "state/SweepConfirmation.h"
 
-#include "TestHome.h"
+#include "AppHarness.h"
 
 #include "cleanup/AuditLogger.h"
 #include "presentation/Theme.h"
 
-#include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QSignalSpy>
-#include <QThread>
+
+#include <atomic>
+#include <stdexcept>
 
 #include <gtest/gtest.h>
 
 using namespace kestrow;
-using kestrow::test::TestHome;
+using kestrow::test::AppHarness;
 
 namespace {
 
@@ -38,44 +38,6 @@ private:
     bool m_answer;
 };
 
-// An application state on a temporary home, with its settings in a file of that home and no
-// installed software to find.
-class Harness {
-public:
-    explicit Harness(bool autoScan = false, std::shared_ptr<SweepConfirmation> confirmation = {},
-                     const std::function<void(AppSettings&)>& prepare = {})
-        : settings(std::make_unique<QSettings>(home.path(QStringLiteral("settings.ini")), QSettings::IniFormat))
-    {
-        if (prepare)
-            prepare(settings);
-        state = std::make_unique<AppState>(
-            autoScan, AppEnvironment{.homeURL = home.path(),
-                                     .settings = &settings,
-                                     .confirmation = std::move(confirmation),
-                                     .applicationsURLs = QStringList{home.makeDirectory(QStringLiteral("apps"))},
-                                     .softwareRoot = SoftwareRoot::below(home.makeDirectory(QStringLiteral("root")))});
-        QObject::connect(state.get(), &AppState::statusMessageChanged,
-                         [this] { messages.append(state->statusMessage()); });
-    }
-
-    // Pumps the event loop until every flow has published.
-    void settle() const
-    {
-        QElapsedTimer clock;
-        clock.start();
-        do {
-            QCoreApplication::processEvents(QEventLoop::AllEvents);
-            QThread::msleep(2);
-        } while ((!state->isIdle() || clock.elapsed() < 20) && clock.elapsed() < 60000);
-        ASSERT_TRUE(state->isIdle());
-    }
-
-    TestHome home;
-    AppSettings settings;
-    std::unique_ptr<AppState> state;
-    QStringList messages;
-};
-
 const QString scanning = QStringLiteral("Scanning your disk: read-only, nothing is touched.");
 
 QString scanComplete(const AppState& state)
@@ -88,7 +50,7 @@ QString scanComplete(const AppState& state)
 
 TEST(AppFlows, ASweepMovesTheSafeItemsLogsThemAndScansAgain)
 {
-    Harness harness(true);
+    AppHarness harness({.autoScan = true});
     const QString wheel = harness.home.writeFile(QStringLiteral(".cache/uv/wheels-v1/pkg.whl"), 20000);
     harness.settle();
     ASSERT_TRUE(harness.state->scanResult());
@@ -114,6 +76,8 @@ TEST(AppFlows, ASweepMovesTheSafeItemsLogsThemAndScansAgain)
     EXPECT_FALSE(harness.state->isBusy());
     ASSERT_TRUE(harness.state->lastCleanupSummary());
     EXPECT_EQ(harness.state->lastCleanupSummary()->totalItemsCount(), 1);
+    const DiskCityModel city = harness.state->cityModel();
+    EXPECT_TRUE(city.hasCleaned && !city.isCleaning && !city.isScanning) << "the city follows the state";
     EXPECT_EQ(harness.state->scanResult()->summary.safeFreeableBytes, 0);
     EXPECT_FALSE(QFile::exists(wheel));
 
@@ -123,10 +87,47 @@ TEST(AppFlows, ASweepMovesTheSafeItemsLogsThemAndScansAgain)
     EXPECT_EQ(entries.front().client, QStringLiteral("gui"));
 }
 
+TEST(AppFlows, AFailedScanKeepsTheOldResultAndInsideASweepStillEndsIt)
+{
+    std::atomic<int> scans = 0;
+    AppHarness harness({.adjust = [&](AppEnvironment& environment) {
+        environment.scan = [&](DeepScanEngine& engine, const std::optional<CategorySet>& categories,
+                               std::stop_token stop) {
+            if (scans++ > 0)
+                throw std::runtime_error("the disk went away");
+            return engine.scan(categories, {}, stop);
+        };
+    }});
+    const QString wheel = harness.home.writeFile(QStringLiteral(".cache/uv/wheels-v1/pkg.whl"), 20000);
+    harness.state->runSmartScan();
+    harness.settle();
+    const std::int64_t freed = harness.state->scanResult()->summary.safeFreeableBytes;
+    ASSERT_GT(freed, 0);
+
+    QSignalSpy vitals(harness.state.get(), &AppState::vitalsChanged);
+    harness.messages.clear();
+    harness.state->cleanSafeItems();
+    harness.settle();
+    const QString failed = QStringLiteral("Scan failed: the disk went away");
+    EXPECT_EQ(harness.messages, QStringList({QStringLiteral("Moving safe items to the Trash: nothing is deleted."),
+                                             QStringLiteral("Swept 1 items: ") + Theme::byteText(freed) +
+                                                 QStringLiteral(" back in your hands."),
+                                             scanning, failed}));
+    EXPECT_FALSE(harness.state->isCleaning() || harness.state->isScanning());
+    EXPECT_EQ(vitals.count(), 2) << "at the end of the scan and of the Sweep";
+    EXPECT_FALSE(QFile::exists(wheel));
+    EXPECT_EQ(harness.state->scanResult()->summary.safeFreeableBytes, freed) << "the old result stays";
+
+    harness.messages.clear();
+    harness.state->runSmartScan();
+    harness.settle();
+    EXPECT_EQ(harness.messages, QStringList({scanning, failed}));
+}
+
 TEST(AppFlows, ASweepTakesOnlyWhatTheCurrentSettingsAllowAndAsksWhenTold)
 {
     auto refusing = std::make_shared<FakeConfirmation>(false);
-    Harness harness(false, refusing);
+    AppHarness harness({.adjust = [&](AppEnvironment& environment) { environment.confirmation = refusing; }});
     harness.state->cleanSafeItems();
     EXPECT_EQ(harness.state->statusMessage(), QStringLiteral("Ready to scan")) << "no scan, no word";
     EXPECT_TRUE(harness.messages.isEmpty());
@@ -180,7 +181,8 @@ TEST(AppFlows, TheConfirmationListsTheSelectionByCategoryLargestFirst)
 
 TEST(AppFlows, AutoScanFollowsTheSettingWhileTheInventoryAlwaysLoads)
 {
-    Harness harness(true, {}, [](AppSettings& settings) { settings.setAutoScanOnLaunch(false); });
+    AppHarness harness(
+        {.autoScan = true, .settings = [](AppSettings& settings) { settings.setAutoScanOnLaunch(false); }});
     QSignalSpy scanningChanged(harness.state.get(), &AppState::isScanningChanged);
     harness.settle();
     EXPECT_EQ(scanningChanged.count(), 0);
@@ -190,7 +192,7 @@ TEST(AppFlows, AutoScanFollowsTheSettingWhileTheInventoryAlwaysLoads)
 
 TEST(AppFlows, TheAtlasWalksDownAndBackWithoutScanningAgain)
 {
-    Harness harness;
+    AppHarness harness;
     harness.home.writeFile(QStringLiteral("a/b/c/d/file"), 4096);
     harness.home.writeFile(QStringLiteral("loose"), 10);
     harness.state->loadSpaceLens();
@@ -237,7 +239,7 @@ TEST(AppFlows, TheAtlasWalksDownAndBackWithoutScanningAgain)
 
 TEST(AppFlows, AnOrphanSweepCountsInTheSingularAndLeavesExclusionsAlone)
 {
-    Harness harness;
+    AppHarness harness;
     const auto orphan = [&](const QString& relative) {
         return AppLeftover{
             .candidateAppName = relative,
@@ -270,7 +272,7 @@ TEST(AppFlows, AnOrphanSweepCountsInTheSingularAndLeavesExclusionsAlone)
 
 TEST(AppFlows, StartupItemsLoadBehindTheScreenWithoutABusyState)
 {
-    Harness harness;
+    AppHarness harness;
     QSignalSpy loading(harness.state.get(), &AppState::isLoadingStartupChanged);
     QSignalSpy items(harness.state.get(), &AppState::startupItemsChanged);
     harness.state->loadStartupItems(false);

@@ -1,5 +1,7 @@
+#include "AppHarness.h"
 #include "presentation/AtlasScreen.h"
 #include "presentation/AuditCheck.h"
+#include "presentation/FootprintPanel.h"
 #include "presentation/PlatformWords.h"
 #include "presentation/PulseScreen.h"
 #include "presentation/RiskPill.h"
@@ -21,6 +23,7 @@
 #include <gtest/gtest.h>
 
 using namespace kestrow;
+using kestrow::test::pumpUntil;
 using kestrow::test::TestHome;
 
 namespace {
@@ -35,17 +38,6 @@ ScanResult resultOf(std::vector<DiscoveredItem> items)
     ScanResult result{.items = std::move(items)};
     result.summary = ScanSummary::from(result.items);
     return result;
-}
-
-void pumpUntil(const std::function<bool()>& done)
-{
-    QElapsedTimer clock;
-    clock.start();
-    while (!done() && clock.elapsed() < 30000) {
-        QCoreApplication::processEvents();
-        QThread::msleep(2);
-    }
-    ASSERT_TRUE(done());
 }
 
 } // namespace
@@ -184,4 +176,22 @@ TEST(ScreenTexts, TheMainButtonScansAgainWhenNothingSafeWasFound)
     state.setIsDioramaBusy(true);
     EXPECT_TRUE(state.isBusy());
     EXPECT_EQ(PulseScreen::mainButtonTitle(state), PlatformWords::current().scanComputer);
+}
+
+TEST(ScreenTexts, TheFootprintPanelWaitsForAScanThenListsWhatItFoundLargestFirst)
+{
+    test::AppHarness harness;
+    EXPECT_TRUE(FootprintPanel::isPending(*harness.state));
+    EXPECT_TRUE(FootprintPanel::rows(*harness.state).empty());
+
+    harness.home.writeFile(QStringLiteral(".cache/uv/wheels-v1/pkg.whl"), 20000);
+    harness.home.writeFile(QStringLiteral(".cache/huggingface/hub/models--a--b/blobs/weights"), 900000);
+    harness.state->runSmartScan();
+    harness.settle();
+    const std::vector<FootprintPanel::Row> rows = FootprintPanel::rows(*harness.state);
+    ASSERT_GE(rows.size(), 3u);
+    EXPECT_EQ(rows.front().label, StorageCategory(StorageCategory::aiModelWeights).displayName());
+    EXPECT_EQ(rows.back().label, QStringLiteral("Orphans (0 items)"));
+    for (const FootprintPanel::Row& row : rows)
+        EXPECT_FALSE(row.value.isEmpty());
 }

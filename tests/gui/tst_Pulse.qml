@@ -36,7 +36,11 @@ Item {
         property var cpuMeter: ({ present: false, lit: 0, miniLit: 0, text: "--", charging: false })
         property var memoryMeter: ({ present: false, lit: 0, miniLit: 0, text: "--", charging: false })
         property var batteryMeter: ({ present: false, lit: 0, miniLit: 0, text: "--", charging: false })
-        property var footprintRows: ["Deep scan pending"]
+        property string footprintTitle: "Storage Footprint"
+        property bool footprintPending: true
+        property string footprintPendingTitle: "Deep scan pending"
+        property string footprintPendingDetail: "Run a scan to measure package caches, AI models, and junk."
+        property var footprintRows: []
         property string fullDiskAccessTitle: "FDA Optional"
         property bool canRunSweep: false
         property string scanAgainTitle: "Scan again"

@@ -10,14 +10,21 @@ void NpmCacheScanner::scan(TargetScan& scan, const TargetContext& context) const
     const QString root = context.home(QStringLiteral(".npm"));
     if (!context.fileManager->fileExists(root))
         return;
+    // The whole cache stands in only when none of its known parts holds anything, so each part
+    // is measured before the next.
     bool emitted = false;
     for (const char* name : {"_cacache", "_npx", "_logs", "_prebuilds"}) {
         const QString subfolder = QLatin1String(name);
-        emitted |=
-            scan.emitIfContent({.path = PathText::appending(root, subfolder),
-                                .category = StorageCategory::developerCache,
-                                .description = QStringLiteral("npm Download Cache (") + subfolder + QLatin1Char(')'),
-                                .defaultRuleId = ruleId});
+        const QString path = PathText::appending(root, subfolder);
+        const MeasuredMetrics metrics = scan.measure(path);
+        if (!metrics.hasContent())
+            continue;
+        scan.emit({.path = path,
+                   .category = StorageCategory::developerCache,
+                   .description = QStringLiteral("npm Download Cache (") + subfolder + QLatin1Char(')'),
+                   .defaultRuleId = ruleId},
+                  metrics);
+        emitted = true;
     }
     if (!emitted)
         scan.emitIfContent({.path = root,

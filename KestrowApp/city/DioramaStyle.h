@@ -6,9 +6,10 @@
 
 namespace kestrow {
 
+// The two looks of the city stage. The settings store the raw value; an unknown stored text
+// reads as the first case.
 enum class DioramaStyleValue { classicCity, freightTerminal };
 
-// The look of the diorama. The raw value is also the id.
 class DioramaStyle : public EnumValue<DioramaStyle, DioramaStyleValue, 2> {
 public:
     using EnumValue::EnumValue;
@@ -20,7 +21,7 @@ public:
     [[nodiscard]] QString shortDescription() const;
     [[nodiscard]] QString iconName() const;
 
-    // "freightTerminal" is itself; any other text is `classicCity`.
+    // "freightTerminal" gives freightTerminal, any other text classicCity.
     [[nodiscard]] static DioramaStyle fromStored(const QString& raw);
 };
 

@@ -1,4 +1,4 @@
-#include "settings/DioramaStyle.h"
+#include "city/DioramaStyle.h"
 
 #include "support/EnumTable.h"
 
@@ -6,15 +6,15 @@ namespace kestrow {
 
 namespace {
 
-struct DioramaStyleRow {
-    DioramaStyleValue value;
+struct StyleRow {
+    DioramaStyle::Value value;
     const char* rawValue;
     const char* displayName;
     const char* shortDescription;
     const char* iconName;
 };
 
-constexpr EnumTable<DioramaStyleRow, DioramaStyle::count> styles{{{
+constexpr EnumTable<StyleRow, DioramaStyle::count> styles{{{
     {DioramaStyle::classicCity, "classicCity", "Neo-Tokyo Cyber-Port",
      "Classic diorama city with voxel bots, avenues, and corporate towers (Default)", "building.2.crop.circle"},
     {DioramaStyle::freightTerminal, "freightTerminal", "Modular Freight Terminal",
@@ -31,17 +31,17 @@ QString DioramaStyle::rawValue() const
 
 QString DioramaStyle::displayName() const
 {
-    return styles.text(m_value, &DioramaStyleRow::displayName);
+    return styles.text(m_value, &StyleRow::displayName);
 }
 
 QString DioramaStyle::shortDescription() const
 {
-    return styles.text(m_value, &DioramaStyleRow::shortDescription);
+    return styles.text(m_value, &StyleRow::shortDescription);
 }
 
 QString DioramaStyle::iconName() const
 {
-    return styles.text(m_value, &DioramaStyleRow::iconName);
+    return styles.text(m_value, &StyleRow::iconName);
 }
 
 DioramaStyle DioramaStyle::fromStored(const QString& raw)
