@@ -13,6 +13,7 @@ ApplicationWindow {
     required property var atlasView
     required property var uninstallView
     required property var tuneUpView
+    required property var cityView
     required property var centerer
     required property var tray
 
@@ -61,8 +62,8 @@ ApplicationWindow {
             spacing: 16
 
             CityStage {
+                view: window.cityView
                 Layout.fillWidth: true
-                onDistrictSelected: id => window.pulseView.selectedTab = (id === 2 ? "Uninstall" : "Sweep")
             }
 
             StackLayout {

@@ -2,6 +2,7 @@
 #include "settings/AppSettings.h"
 #include "state/AppState.h"
 #include "views/AtlasView.h"
+#include "views/CityView.h"
 #include "views/MessageBoxConfirmation.h"
 #include "views/PulseView.h"
 #include "views/ScreenshotTour.h"
@@ -13,25 +14,35 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QDir>
+#include <QFileInfo>
 #include <QQmlApplicationEngine>
 #include <QQuickStyle>
 #include <QQuickWindow>
 #include <QtQml/qqmlextensionplugin.h>
 
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <memory>
 
 Q_IMPORT_QML_PLUGIN(Kestrow_GuiPlugin)
 
 using namespace kestrow;
 
-int main(int argc, char** argv)
-{
-    // Widgets for the tray and the Sweep's question; the window itself is Qt Quick.
-    QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("Kestrow"));
-    QApplication::setQuitOnLastWindowClosed(true);
-    QQuickStyle::setStyle(QStringLiteral("Basic"));
+namespace {
 
+struct LaunchOptions {
+    QString tab;
+    QString home; // empty: the user's own
+    QString screenshots;
+    QString screenshotPrefix;
+};
+
+// Reads the command line of `application`; help and wrong options end the process here, as
+// Qt's parser does.
+LaunchOptions parseOptions(const QCoreApplication& application)
+{
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Kestrow: developer caches, measured and swept to the Trash."));
     parser.addHelpOption();
@@ -39,6 +50,9 @@ int main(int argc, char** argv)
                                        QStringLiteral("The screen to open: Pulse, Sweep, Atlas, "
                                                       "Uninstall or Tune-Up."),
                                        QStringLiteral("name"));
+    const QCommandLineOption homeOption(QStringLiteral("home"),
+                                        QStringLiteral("Work on <folder> as the home, instead of your own."),
+                                        QStringLiteral("folder"));
     const QCommandLineOption screenshotsOption(
         QStringLiteral("screenshots"),
         QStringLiteral("Save a picture of every screen into <folder> once the launch's work is done, then quit."),
@@ -46,16 +60,56 @@ int main(int argc, char** argv)
     const QCommandLineOption prefixOption(QStringLiteral("screenshot-prefix"),
                                           QStringLiteral("How the pictures' file names begin."), QStringLiteral("text"),
                                           QStringLiteral("kestrow"));
-    parser.addOptions({tabOption, screenshotsOption, prefixOption});
+    parser.addOptions({tabOption, homeOption, screenshotsOption, prefixOption});
     parser.process(application);
 
-    AppState state(true, AppEnvironment{.confirmation = std::make_shared<MessageBoxConfirmation>()});
+    LaunchOptions options{.tab = parser.value(tabOption),
+                          .screenshots = parser.value(screenshotsOption),
+                          .screenshotPrefix = parser.value(prefixOption)};
+    if (parser.isSet(homeOption)) {
+        options.home = QDir(parser.value(homeOption)).absolutePath();
+        if (!QFileInfo(options.home).isDir()) {
+            std::fprintf(stderr, "kestrow-app: %s is not a folder: give an existing folder to --home.\n",
+                         qPrintable(QDir::toNativeSeparators(parser.value(homeOption))));
+            std::exit(2);
+        }
+    }
+    return options;
+}
+
+// Help is given without a display, before the windowing system is asked for one.
+bool asksForHelp(int argc, char** argv)
+{
+    for (int i = 1; i < argc; ++i)
+        for (const char* flag : {"-h", "--help", "-?", "--help-all"})
+            if (std::strcmp(argv[i], flag) == 0)
+                return true;
+    return false;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (asksForHelp(argc, argv)) {
+        const QCoreApplication application(argc, argv);
+        parseOptions(application);
+    }
+    // Widgets for the tray and the Sweep's question; the window itself is Qt Quick.
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Kestrow"));
+    QApplication::setQuitOnLastWindowClosed(true);
+    QQuickStyle::setStyle(QStringLiteral("Basic"));
+    const LaunchOptions options = parseOptions(application);
+
+    AppState state(true, AppEnvironment{.homeURL = options.home, .confirmation = std::make_shared<MessageBoxConfirmation>()});
     TuneUpModel tuneUp(state);
     PulseView pulse(state);
     SweepView sweep(state);
     AtlasView atlas(state);
     UninstallView uninstall(state);
     TuneUpView tuneUpView(state, tuneUp);
+    CityView city(state);
     WindowCenterer centerer;
     TrayCompanion tray(pulse, state.settings());
 
@@ -69,6 +123,7 @@ int main(int argc, char** argv)
         {QStringLiteral("atlasView"), QVariant::fromValue<QObject*>(&atlas)},
         {QStringLiteral("uninstallView"), QVariant::fromValue<QObject*>(&uninstall)},
         {QStringLiteral("tuneUpView"), QVariant::fromValue<QObject*>(&tuneUpView)},
+        {QStringLiteral("cityView"), QVariant::fromValue<QObject*>(&city)},
         {QStringLiteral("centerer"), QVariant::fromValue<QObject*>(&centerer)},
         {QStringLiteral("tray"), QVariant::fromValue<QObject*>(&tray)},
     });
@@ -82,12 +137,12 @@ int main(int argc, char** argv)
         window->raise();
         window->requestActivate();
     });
-    if (parser.isSet(tabOption))
-        state.setSelectedTabRaw(parser.value(tabOption));
+    if (!options.tab.isEmpty())
+        state.setSelectedTabRaw(options.tab);
     std::unique_ptr<ScreenshotTour> tour;
-    if (parser.isSet(screenshotsOption)) {
-        tour = std::make_unique<ScreenshotTour>(*window, state, parser.value(screenshotsOption),
-                                                parser.value(prefixOption), &tray.menu());
+    if (!options.screenshots.isEmpty()) {
+        tour = std::make_unique<ScreenshotTour>(*window, state, options.screenshots, options.screenshotPrefix,
+                                                &tray.menu());
         tour->start();
     }
     return QApplication::exec();
