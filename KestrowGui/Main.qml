@@ -16,8 +16,8 @@ ApplicationWindow {
     required property var cityView
     required property var centerer
     required property var tray
+    required property var settingsView
 
-    property int settingsTab: 0
     readonly property var tabIds: ["Pulse", "Sweep", "Atlas", "Uninstall", "Tune-Up"]
 
     title: "Kestrow"
@@ -81,14 +81,11 @@ ApplicationWindow {
     }
 
     SettingsSheet {
-        settings: window.settings
-        tab: window.settingsTab
-        trayAvailable: window.tray.trayAvailable
+        view: window.settingsView
         width: Math.min(860, window.width - 80)
         height: window.height - 80
         x: (window.width - width) / 2
         y: 40
         visible: window.appState.showingSettingsSheet
-        onDone: window.appState.showingSettingsSheet = false
     }
 }

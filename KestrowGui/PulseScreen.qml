@@ -66,7 +66,7 @@ ScrollView {
                         Pill { text: "Optional"; tint: Theme.inkTertiary }
                     }
                     Text {
-                        text: "Kestrow cleans all developer and user caches out of the box. Grant Full Disk Access to also inspect protected Safari and Mail data."
+                        text: screen.view.fullDiskAccessBanner
                         font.pixelSize: 12
                         color: Theme.inkSecondary
                         wrapMode: Text.WordWrap

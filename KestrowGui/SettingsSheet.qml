@@ -4,18 +4,16 @@ import QtQuick.Dialogs
 import QtQuick.Layouts
 import Kestrow.Gui
 
-// The Settings sheet: five tabs over the persisted preferences.
+// The Settings sheet: a tab sidebar and the selected tab's sections, all texts and rows from
+// the settings view.
 Popup {
     id: sheet
-    property var settings
-    property bool trayAvailable: true
-    property int tab: 0
-    signal done
+    required property var view
 
     modal: true
     padding: 0
     closePolicy: Popup.CloseOnEscape
-    onClosed: done()
+    onClosed: view.done()
     background: Rectangle {
         radius: 14
         color: Theme.window
@@ -23,38 +21,55 @@ Popup {
         border.color: Theme.hairline
     }
 
-    readonly property var tabs: [
-        { title: "General", heading: "General Preferences", subtitle: "Startup behaviors, thermal safety, and live telemetry" },
-        { title: "Dev Targets", heading: "Developer & AI Engine Targets", subtitle: "Configure deep scanning for developer toolchains and AI models" },
-        { title: "Safety & Audit", heading: "Safety & Deletion Pipeline", subtitle: "Defensive guarantees, Trash staging, and tamper-evident audit log" },
-        { title: "Agents & MCP", heading: "Model Context Protocol & Agents", subtitle: "Autonomous agent access, stdio JSON-RPC 2.0, and security token" },
-        { title: "Exclusions", heading: "Custom Excluded Folders", subtitle: "Directories and patterns Kestrow will strictly ignore and never touch" }
-    ]
-
-    component SettingSwitch: RowLayout {
-        property alias label: labelText.text
-        property alias detail: detailText.text
-        property string key
+    component SectionTitle: ColumnLayout {
+        property var heading
         Layout.fillWidth: true
-        spacing: 12
-        ColumnLayout {
-            Layout.fillWidth: true
-            spacing: 1
-            Text { id: labelText; font.pixelSize: 13; font.weight: Font.DemiBold; color: Theme.ink; Layout.fillWidth: true; wrapMode: Text.WordWrap }
-            Text { id: detailText; visible: text !== ""; font.pixelSize: 11; color: Theme.inkSecondary; Layout.fillWidth: true; wrapMode: Text.WordWrap }
-        }
-        Switch {
-            objectName: "switch_" + parent.key
-            checked: sheet.settings[parent.key]
-            Accessible.name: labelText.text
-            onToggled: sheet.settings[parent.key] = checked
-        }
+        Layout.topMargin: 8
+        spacing: 2
+        Text { text: heading.title; font.pixelSize: 14; font.weight: Font.Bold; color: Theme.ink; Layout.fillWidth: true; wrapMode: Text.WordWrap }
+        Text { visible: heading.detail !== ""; text: heading.detail; font.pixelSize: 11; color: Theme.inkSecondary; Layout.fillWidth: true; wrapMode: Text.WordWrap }
     }
     component Note: Text {
         font.pixelSize: 11
         color: Theme.inkTertiary
         Layout.fillWidth: true
         wrapMode: Text.WordWrap
+    }
+    component SettingSwitch: RowLayout {
+        property var model
+        Layout.fillWidth: true
+        spacing: 12
+        ColumnLayout {
+            Layout.fillWidth: true
+            spacing: 1
+            RowLayout {
+                spacing: 8
+                Text { text: model.label; font.pixelSize: 13; font.weight: Font.DemiBold; color: Theme.ink }
+                Pill { visible: model.tag !== ""; text: model.tag; tint: Theme.inkSecondary }
+            }
+            Text { visible: model.detail !== ""; text: model.detail; font.pixelSize: 11; color: Theme.inkSecondary; Layout.fillWidth: true; wrapMode: Text.WordWrap }
+        }
+        Switch {
+            objectName: "switch" + model.flag
+            checked: model.isOn
+            Accessible.name: model.label
+            onToggled: sheet.view.setFlag(model.flag, checked)
+        }
+    }
+    component Choices: Flow {
+        property var choices
+        signal chosen(int value)
+        Layout.fillWidth: true
+        spacing: 6
+        Repeater {
+            model: choices
+            delegate: KButton {
+                required property var modelData
+                text: modelData.text
+                prominent: modelData.isSelected
+                onClicked: chosen(modelData.value)
+            }
+        }
     }
 
     RowLayout {
@@ -70,19 +85,19 @@ Popup {
                 anchors.fill: parent
                 anchors.margins: 14
                 spacing: 4
-                Text { text: "KESTROW ENGINE"; font.pixelSize: 12; font.weight: Font.Bold; color: Theme.ink }
-                Text { text: "Daemon-Free"; font.pixelSize: 11; color: Theme.safeTeal; Layout.bottomMargin: 12 }
+                Text { text: sheet.view.frame.title; font.pixelSize: 12; font.weight: Font.Bold; color: Theme.ink }
+                Text { text: sheet.view.frame.detail; font.pixelSize: 11; color: Theme.safeTeal; Layout.bottomMargin: 12 }
                 Repeater {
-                    model: sheet.tabs
+                    model: sheet.view.tabs
                     delegate: ItemDelegate {
                         required property var modelData
                         required property int index
                         objectName: "settingsTab" + index
                         Layout.fillWidth: true
                         text: modelData.title
-                        onClicked: sheet.tab = index
+                        onClicked: sheet.view.selectedTab = index
                         contentItem: Text { text: parent.text; font.pixelSize: 13; color: Theme.ink }
-                        background: Rectangle { radius: 7; color: sheet.tab === index ? Theme.panel : "transparent" }
+                        background: Rectangle { radius: 7; color: sheet.view.selectedTab === index ? Theme.panel : "transparent" }
                     }
                 }
                 Item { Layout.fillHeight: true }
@@ -98,119 +113,296 @@ Popup {
                 Layout.fillWidth: true
                 ColumnLayout {
                     Layout.fillWidth: true
-                    Text { text: sheet.tabs[sheet.tab].heading; font.pixelSize: 20; font.weight: Font.Bold; color: Theme.ink }
-                    Text { text: sheet.tabs[sheet.tab].subtitle; font.pixelSize: 12; color: Theme.inkSecondary; Layout.fillWidth: true; wrapMode: Text.WordWrap }
+                    Text { text: sheet.view.tabs[sheet.view.selectedTab].heading; font.pixelSize: 20; font.weight: Font.Bold; color: Theme.ink }
+                    Text { text: sheet.view.tabs[sheet.view.selectedTab].subtitle; font.pixelSize: 12; color: Theme.inkSecondary; Layout.fillWidth: true; wrapMode: Text.WordWrap }
                 }
                 KButton {
                     objectName: "doneButton"
-                    text: "Done"
+                    text: sheet.view.frame.done
                     prominent: true
                     onClicked: sheet.close()
                 }
             }
 
             ScrollView {
+                id: scroller
                 Layout.fillWidth: true
                 Layout.fillHeight: true
                 contentWidth: availableWidth
                 clip: true
                 StackLayout {
-                    width: parent.width
-                    currentIndex: sheet.tab
+                    width: scroller.availableWidth - 12
+                    currentIndex: sheet.view.selectedTab
 
                     ColumnLayout {
-                        spacing: 12
-                        Text { text: "Interface Theme"; font.pixelSize: 14; font.weight: Font.Bold; color: Theme.ink }
+                        spacing: 10
+                        readonly property var tab: sheet.view.general
+                        SectionTitle { heading: parent.tab.themeSection }
                         Row {
                             spacing: 8
                             Repeater {
-                                model: [{ raw: "system", title: "System", symbol: "laptopcomputer" },
-                                        { raw: "light", title: "Light", symbol: "sun.max.fill" },
-                                        { raw: "dark", title: "Dark", symbol: "moon.fill" }]
+                                model: sheet.view.general.themeButtons
                                 delegate: KButton {
                                     required property var modelData
+                                    objectName: "theme_" + modelData.raw
                                     text: modelData.title
                                     symbol: modelData.symbol
-                                    prominent: sheet.settings.appThemeRaw === modelData.raw
-                                    onClicked: sheet.settings.appThemeRaw = modelData.raw
+                                    prominent: modelData.isSelected
+                                    onClicked: sheet.view.chooseTheme(modelData.raw)
                                 }
                             }
                         }
-                        Text { text: "System & Background Behavior"; font.pixelSize: 14; font.weight: Font.Bold; color: Theme.ink }
-                        SettingSwitch { key: "autoScanOnLaunch"; label: "Automatic Scan on Launch"; detail: "Survey disk capacity and cache sizes when Kestrow starts up" }
-                        SettingSwitch { key: "thermalGovernorEnabled"; label: "Thermal Governor Protection" }
-                        SettingSwitch { key: "reduceDioramaMotion"; label: "Reduced Motion for 3D Diorama" }
-                        SettingSwitch { key: "showMenuBarExtra"; label: "Menu Bar Companion" }
-                        Note {
-                            objectName: "noTrayNote"
-                            visible: !sheet.trayAvailable
-                            text: "This desktop has no system tray: the companion can't be shown here."
-                        }
-                        Text { text: "Alert Thresholds"; font.pixelSize: 14; font.weight: Font.Bold; color: Theme.ink }
-                        Note { text: "Alerts aren't sent yet. These choices are saved and will apply once notifications ship." }
-                        SettingSwitch { key: "notifyOnThreshold"; label: "Developer Junk Threshold Alert"; detail: "Notify when safe sweepable cache bloat exceeds configured size" }
-                    }
-
-                    ColumnLayout {
-                        spacing: 10
-                        Note { text: "Targets you switch off are skipped by the app's scans and sweeps, from the next scan on. The kestrow CLI and MCP server don't read these settings." }
-                        SettingSwitch { key: "targetUvPython"; label: "uv & Python Wheels"; detail: "AI/DEV" }
-                        SettingSwitch { key: "targetDockerVM"; label: "Docker VM Image"; detail: "CONTAINERS" }
-                        SettingSwitch { key: "targetXcode"; label: "Xcode DerivedData"; detail: "MACOS/IOS" }
-                        SettingSwitch { key: "targetAIModels"; label: "AI Models"; detail: "LLM/MODELS" }
-                        SettingSwitch { key: "targetNpmBun"; label: "npm & bun stores"; detail: "JAVASCRIPT" }
-                        SettingSwitch { key: "targetCargo"; label: "Cargo registry"; detail: "RUST" }
-                        SettingSwitch { key: "targetHomebrew"; label: "Homebrew"; detail: "SYSTEM/CLI" }
-                        SettingSwitch { key: "targetSystemCaches"; label: "System caches"; detail: "SYSTEM" }
-                        SettingSwitch { key: "targetBrowserCaches"; label: "Browser caches"; detail: "BROWSERS" }
-                    }
-
-                    ColumnLayout {
-                        spacing: 10
-                        Text { text: "Primary Deletion Mode"; font.pixelSize: 14; font.weight: Font.Bold; color: Theme.ink }
-                        Note { text: "Permanent Purge isn't available in the app yet: every sweep goes to the Trash, restorable with Put Back." }
-                        SettingSwitch { key: "confirmBeforeClean"; label: "Require Confirmation Before Sweep"; detail: "Show what Run sweep will move, by category, and ask before anything goes to the Trash" }
-                        Text { text: "Cryptographic Audit Chain (SHA-256)"; font.pixelSize: 14; font.weight: Font.Bold; color: Theme.ink }
-                        Note { text: "Every sweep operation is cryptographically hashed in an append-only JSONL ledger. Any tampering or deletion breaks the hash chain." }
-                        Text { text: "~/.kestrow/audit.jsonl"; font.family: "monospace"; font.pixelSize: 12; color: Theme.ink }
-                    }
-
-                    ColumnLayout {
-                        spacing: 10
-                        Text { text: "Built-in Stdio MCP Server"; font.pixelSize: 14; font.weight: Font.Bold; color: Theme.ink }
-                        Text { text: "Command:  kestrow mcp"; font.family: "monospace"; font.pixelSize: 12; color: Theme.ink }
-                        SettingSwitch { key: "autonomousRuleSynthesis"; label: "Autonomous Rule Synthesis"; detail: "Allow AI agents to propose new cleanup rules into the sandboxed registry" }
-                    }
-
-                    ColumnLayout {
-                        spacing: 10
+                        SectionTitle { heading: parent.tab.dioramaSection }
                         RowLayout {
                             Layout.fillWidth: true
-                            Text { text: "User Excluded Paths"; font.pixelSize: 14; font.weight: Font.Bold; color: Theme.ink; Layout.fillWidth: true }
+                            spacing: 10
+                            Repeater {
+                                model: sheet.view.general.styleCards
+                                delegate: Rectangle {
+                                    required property var modelData
+                                    objectName: "style_" + modelData.raw
+                                    Layout.fillWidth: true
+                                    Layout.preferredHeight: 96
+                                    radius: 10
+                                    color: Theme.panel
+                                    border.width: modelData.isSelected ? 2 : 1
+                                    border.color: modelData.isSelected ? Theme.accentOrange : Theme.hairline
+                                    Accessible.role: Accessible.Button
+                                    Accessible.name: modelData.title
+                                    ColumnLayout {
+                                        anchors.fill: parent
+                                        anchors.margins: 10
+                                        spacing: 3
+                                        RowLayout {
+                                            spacing: 6
+                                            Icon { symbol: modelData.symbol }
+                                            Text { text: modelData.title; font.pixelSize: 13; font.weight: Font.DemiBold; color: Theme.ink }
+                                            Pill { visible: modelData.isDefault; text: "DEFAULT"; tint: Theme.safeTeal }
+                                        }
+                                        Text { text: modelData.description; font.pixelSize: 11; color: Theme.inkSecondary; Layout.fillWidth: true; wrapMode: Text.WordWrap }
+                                        Item { Layout.fillHeight: true }
+                                    }
+                                    TapHandler { onTapped: sheet.view.chooseStyle(modelData.raw) }
+                                }
+                            }
+                        }
+                        SectionTitle { heading: ({ title: parent.tab.behaviourTitle, detail: "" }) }
+                        Repeater {
+                            model: sheet.view.general.behaviourSwitches
+                            delegate: SettingSwitch { required property var modelData; model: modelData }
+                        }
+                        Note {
+                            objectName: "noTrayNote"
+                            visible: text !== ""
+                            text: parent.tab.noTrayNote
+                        }
+                        SectionTitle { heading: parent.tab.alertsSection }
+                        Note { text: parent.tab.alertsNote }
+                        SettingSwitch { model: parent.tab.junkAlertSwitch }
+                        Text { text: parent.tab.thresholdLabel; font.pixelSize: 12; color: Theme.ink }
+                        Choices {
+                            choices: parent.tab.junkThresholdChoices
+                            onChosen: value => sheet.view.chooseJunkThreshold(value)
+                        }
+                        SectionTitle { heading: parent.tab.lowDiskSection }
+                        Choices {
+                            choices: parent.tab.lowDiskChoices
+                            onChosen: value => sheet.view.chooseLowDiskAlert(value)
+                        }
+                    }
+
+                    ColumnLayout {
+                        spacing: 10
+                        Note { text: sheet.view.developer.note }
+                        Repeater {
+                            model: sheet.view.developer.switches
+                            delegate: SettingSwitch { required property var modelData; model: modelData }
+                        }
+                    }
+
+                    ColumnLayout {
+                        spacing: 10
+                        readonly property var tab: sheet.view.safety
+                        SectionTitle { heading: parent.tab.deletionSection }
+                        Repeater {
+                            model: sheet.view.safety.deletionModes
+                            delegate: Rectangle {
+                                required property var modelData
+                                Layout.fillWidth: true
+                                implicitHeight: modeColumn.implicitHeight + 20
+                                radius: 10
+                                color: Theme.panel
+                                border.width: 1
+                                border.color: Theme.hairline
+                                ColumnLayout {
+                                    id: modeColumn
+                                    anchors.fill: parent
+                                    anchors.margins: 10
+                                    spacing: 2
+                                    RowLayout {
+                                        spacing: 8
+                                        Text { text: modelData.title; font.pixelSize: 13; font.weight: Font.DemiBold; color: Theme.ink }
+                                        Pill { text: modelData.mark; tint: modelData.note === "" ? Theme.safeTeal : Theme.inkTertiary }
+                                    }
+                                    Text { text: modelData.detail; font.pixelSize: 11; color: Theme.inkSecondary; Layout.fillWidth: true; wrapMode: Text.WordWrap }
+                                    Note { visible: modelData.note !== ""; text: modelData.note }
+                                }
+                            }
+                        }
+                        SettingSwitch { model: parent.tab.confirmationSwitch }
+                        SectionTitle { heading: ({ title: parent.tab.accessTitle, detail: "" }) }
+                        RowLayout {
+                            Layout.fillWidth: true
+                            spacing: 10
+                            Icon { symbol: parent.parent.tab.accessRow.symbol; size: 20 }
+                            ColumnLayout {
+                                Layout.fillWidth: true
+                                spacing: 1
+                                Text { text: sheet.view.safety.accessRow.title; font.pixelSize: 13; font.weight: Font.DemiBold; color: Theme.ink }
+                                Text { text: sheet.view.safety.accessRow.detail; font.pixelSize: 11; color: Theme.inkSecondary; Layout.fillWidth: true; wrapMode: Text.WordWrap }
+                            }
                             KButton {
-                                objectName: "addFolder"
-                                text: "Add Folder"
-                                symbol: "plus"
-                                onClicked: folderChooser.open()
+                                objectName: "accessButton"
+                                visible: sheet.view.safety.accessRow.offersSettings
+                                text: sheet.view.safety.accessButton.title
+                                help: sheet.view.safety.accessButtonHelp
+                                onClicked: sheet.view.openAccessSettings()
+                            }
+                        }
+                        SectionTitle { heading: parent.tab.auditSection }
+                        Text { text: parent.tab.auditLogPath; font.family: "monospace"; font.pixelSize: 12; color: Theme.ink }
+                        Row {
+                            spacing: 8
+                            KButton {
+                                objectName: "verifyButton"
+                                text: sheet.view.safety.verifyButton.title
+                                symbol: sheet.view.safety.verifyButton.symbol
+                                enabled: sheet.view.safety.verifyButton.isEnabled
+                                onClicked: sheet.view.verifyAudit()
+                            }
+                            KButton {
+                                objectName: "revealButton"
+                                text: sheet.view.safety.revealButton.title
+                                symbol: sheet.view.safety.revealButton.symbol
+                                onClicked: sheet.view.revealAuditLog()
+                            }
+                        }
+                        RowLayout {
+                            visible: sheet.view.safety.verdict.present
+                            Layout.fillWidth: true
+                            Icon {
+                                symbol: sheet.view.safety.verdict.symbol || ""
+                                color: sheet.view.safety.verdict.passed ? Theme.safeTeal : Theme.dangerRed
+                            }
+                            Text {
+                                objectName: "verdict"
+                                text: sheet.view.safety.verdict.message || ""
+                                font.pixelSize: 12
+                                color: sheet.view.safety.verdict.passed ? Theme.safeTeal : Theme.dangerRed
+                                Layout.fillWidth: true
+                                wrapMode: Text.WordWrap
                             }
                         }
                         Text {
-                            visible: sheet.settings.excludedPaths.length === 0
-                            text: "No custom exclusions added"
-                            font.pixelSize: 13
-                            color: Theme.inkSecondary
+                            visible: sheet.view.safety.verdict.present
+                            text: parent.tab.recentEntriesTitle
+                            font.pixelSize: 12
+                            font.weight: Font.DemiBold
+                            color: Theme.ink
                         }
                         Repeater {
-                            model: sheet.settings.excludedPaths
+                            model: sheet.view.safety.recentEntries
                             delegate: RowLayout {
-                                required property string modelData
+                                required property var modelData
                                 Layout.fillWidth: true
-                                Icon { symbol: "folder.fill" }
-                                Text { text: modelData; font.pixelSize: 12; color: Theme.ink; Layout.fillWidth: true; elide: Text.ElideMiddle }
-                                KButton { symbol: "xmark.circle.fill"; Accessible.name: "Remove " + modelData; onClicked: sheet.settings.removeExclusion(modelData) }
+                                Text { text: modelData.kind; font.family: "monospace"; font.pixelSize: 11; color: Theme.ink; Layout.preferredWidth: 80 }
+                                Text { text: modelData.time; font.pixelSize: 11; color: Theme.inkSecondary; Layout.fillWidth: true }
+                                Text { text: modelData.items; font.pixelSize: 11; color: Theme.inkSecondary }
                             }
                         }
-                        Note { text: "Exclusions apply to the Kestrow app's scans, Run sweep, and orphan sweeps. The kestrow CLI and MCP server don't read them." }
+                    }
+
+                    ColumnLayout {
+                        spacing: 10
+                        readonly property var tab: sheet.view.agents
+                        RowLayout {
+                            Layout.fillWidth: true
+                            Text { text: parent.parent.tab.serverSection.title; font.pixelSize: 14; font.weight: Font.Bold; color: Theme.ink }
+                            Pill { text: sheet.view.agents.serverSection.detail; tint: Theme.safeTeal }
+                        }
+                        Text { text: parent.tab.serverText; font.pixelSize: 12; color: Theme.inkSecondary; Layout.fillWidth: true; wrapMode: Text.WordWrap }
+                        RowLayout {
+                            spacing: 8
+                            Text { text: sheet.view.agents.commandLabel; font.pixelSize: 12; color: Theme.ink }
+                            Text { text: sheet.view.agents.command; font.family: "monospace"; font.pixelSize: 12; color: Theme.ink }
+                        }
+                        KButton {
+                            objectName: "copyButton"
+                            text: sheet.view.agents.copyButton.title
+                            symbol: sheet.view.agents.copyButton.symbol
+                            onClicked: sheet.view.copyMCPConfiguration()
+                        }
+                        Text { text: parent.tab.toolsTitle; font.pixelSize: 12; font.weight: Font.DemiBold; color: Theme.ink; Layout.topMargin: 6 }
+                        Repeater {
+                            model: sheet.view.agents.tools
+                            delegate: RowLayout {
+                                required property var modelData
+                                Layout.fillWidth: true
+                                Text { text: modelData.name; font.family: "monospace"; font.pixelSize: 11; color: Theme.ink; Layout.preferredWidth: 150 }
+                                Text { text: modelData.line; font.pixelSize: 11; color: Theme.inkSecondary; Layout.fillWidth: true; elide: Text.ElideRight }
+                            }
+                        }
+                        SectionTitle { heading: ({ title: parent.tab.selfImprovementTitle, detail: "" }) }
+                        Note { text: parent.tab.selfImprovementNote }
+                        SettingSwitch { model: parent.tab.ruleSynthesisSwitch }
+                        SectionTitle { heading: parent.tab.sensitivitySection }
+                        Choices {
+                            choices: parent.tab.sensitivityChoices
+                            onChosen: value => sheet.view.chooseSensitivity(value)
+                        }
+                    }
+
+                    ColumnLayout {
+                        spacing: 10
+                        readonly property var tab: sheet.view.exclusions
+                        RowLayout {
+                            Layout.fillWidth: true
+                            Text { text: parent.parent.tab.title; font.pixelSize: 14; font.weight: Font.Bold; color: Theme.ink; Layout.fillWidth: true }
+                            KButton {
+                                objectName: "addFolder"
+                                text: sheet.view.exclusions.addButton.title
+                                symbol: sheet.view.exclusions.addButton.symbol
+                                onClicked: folderChooser.open()
+                            }
+                        }
+                        RowLayout {
+                            visible: sheet.view.exclusions.rows.length === 0
+                            Layout.fillWidth: true
+                            spacing: 10
+                            Icon { symbol: sheet.view.exclusions.emptySymbol; size: 20; color: Theme.inkSecondary }
+                            ColumnLayout {
+                                Layout.fillWidth: true
+                                spacing: 1
+                                Text { text: sheet.view.exclusions.empty.title; font.pixelSize: 13; color: Theme.ink }
+                                Text { text: sheet.view.exclusions.empty.detail; font.pixelSize: 11; color: Theme.inkSecondary; Layout.fillWidth: true; wrapMode: Text.WordWrap }
+                            }
+                        }
+                        Repeater {
+                            model: sheet.view.exclusions.rows
+                            delegate: RowLayout {
+                                required property var modelData
+                                Layout.fillWidth: true
+                                Icon { symbol: modelData.symbol }
+                                Text { text: modelData.path; font.pixelSize: 12; color: Theme.ink; Layout.fillWidth: true; elide: Text.ElideMiddle }
+                                KButton {
+                                    symbol: modelData.removeSymbol
+                                    Accessible.name: "Remove " + modelData.path
+                                    onClicked: sheet.view.removeExclusion(modelData.index)
+                                }
+                            }
+                        }
+                        Note { text: parent.tab.note }
+                        SectionTitle { heading: parent.tab.protections }
                     }
                 }
             }
@@ -219,7 +411,7 @@ Popup {
 
     FolderDialog {
         id: folderChooser
-        title: "Exclude Folder"
-        onAccepted: sheet.settings.addExclusion(decodeURIComponent(selectedFolder.toString().replace(/^file:\/\//, "")))
+        title: sheet.view.exclusions.chooser.title
+        onAccepted: sheet.view.addExclusion(selectedFolder)
     }
 }

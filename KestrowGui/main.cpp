@@ -3,9 +3,11 @@
 #include "state/AppState.h"
 #include "views/AtlasView.h"
 #include "views/CityView.h"
+#include "views/FileReveal.h"
 #include "views/MessageBoxConfirmation.h"
 #include "views/PulseView.h"
 #include "views/ScreenshotTour.h"
+#include "views/SettingsView.h"
 #include "views/SweepView.h"
 #include "views/TrayCompanion.h"
 #include "views/TuneUpView.h"
@@ -13,6 +15,7 @@
 #include "views/WindowCenterer.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QCommandLineParser>
 #include <QDir>
 #include <QFileInfo>
@@ -111,7 +114,10 @@ int main(int argc, char** argv)
     TuneUpView tuneUpView(state, tuneUp);
     CityView city(state);
     WindowCenterer centerer;
-    TrayCompanion tray(pulse, state.settings());
+    TrayCompanion tray(state);
+    SettingsView settingsView(
+        state, [](const QString& text) { QGuiApplication::clipboard()->setText(text); }, &FileReveal::show,
+        TrayCompanion::trayAvailable());
 
     QQmlApplicationEngine engine;
     engine.addImportPath(QStringLiteral("qrc:/"));
@@ -126,12 +132,14 @@ int main(int argc, char** argv)
         {QStringLiteral("cityView"), QVariant::fromValue<QObject*>(&city)},
         {QStringLiteral("centerer"), QVariant::fromValue<QObject*>(&centerer)},
         {QStringLiteral("tray"), QVariant::fromValue<QObject*>(&tray)},
+        {QStringLiteral("settingsView"), QVariant::fromValue<QObject*>(&settingsView)},
     });
     engine.load(QUrl(QStringLiteral("qrc:/Kestrow/Gui/Main.qml")));
     if (engine.rootObjects().isEmpty())
         return 1;
     auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
     centerer.registerMainWindow(window);
+    QObject::connect(&tray, &TrayCompanion::centerRequested, &centerer, [&centerer] { centerer.centerActiveWindow(); });
     QObject::connect(&tray, &TrayCompanion::raiseRequested, window, [window] {
         window->show();
         window->raise();

@@ -19,6 +19,7 @@ struct PlatformWords {
     QString menuBarDetail;
     QString trashFirstDetail;
     QString permanentPurgeNote;
+    QString fullDiskAccessBanner; // the Pulse screen's note while access is not granted
     QString fullDiskAccessTitle;
     QString fullDiskAccessGrantedDetail;
     QString fullDiskAccessOptionalDetail;

@@ -22,6 +22,8 @@ const PlatformWords& PlatformWords::current()
             QStringLiteral("Items move to the Trash. Fully restorable via the file manager's 'Restore'."),
         .permanentPurgeNote = QStringLiteral("Permanent Purge isn't available in the app yet: every sweep goes to "
                                              "the Trash, restorable from your file manager."),
+        .fullDiskAccessBanner = QStringLiteral("Kestrow cleans all developer and user caches out of the box. Grant "
+                                               "Full Disk Access to also inspect protected browser and mail data."),
         .fullDiskAccessTitle = QStringLiteral("Full Disk Access (FDA)"),
         .fullDiskAccessGrantedDetail = QStringLiteral(
             "Nothing in your home is guarded from Kestrow: it can inspect browser caches and system logs."),

@@ -19,6 +19,8 @@ const PlatformWords& PlatformWords::current()
         .trashFirstDetail = QStringLiteral("Items move to macOS Trash. Fully restorable via Finder 'Put Back'."),
         .permanentPurgeNote = QStringLiteral(
             "Permanent Purge isn't available in the app yet: every sweep goes to the Trash, restorable with Put Back."),
+        .fullDiskAccessBanner = QStringLiteral("Kestrow cleans all developer and user caches out of the box. Grant "
+                                               "Full Disk Access to also inspect protected Safari and Mail data."),
         .fullDiskAccessTitle = QStringLiteral("macOS Full Disk Access (FDA)"),
         .fullDiskAccessGrantedDetail =
             QStringLiteral("Kestrow can inspect protected Safari caches and system diagnostic logs."),

@@ -2,8 +2,7 @@
 
 #include "presentation/ThemeColor.h"
 #include "settings/AppSettings.h"
-
-#include <QMetaMethod>
+#include "views/StateChanges.h"
 
 namespace kestrow {
 
@@ -32,11 +31,7 @@ CityView::CityView(AppState& state, QObject* parent)
 {
     connect(&m_controller, &DiskCitySceneController::activityChanged, &m_state, &AppState::setIsDioramaBusy);
     connect(&m_controller, &DiskCitySceneController::styleChanged, this, &CityView::styleChanged);
-    const QMetaObject& meta = AppState::staticMetaObject;
-    const QMetaMethod refresh = metaObject()->method(metaObject()->indexOfSlot("refreshModel()"));
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
-        if (meta.method(i).methodType() == QMetaMethod::Signal)
-            connect(&m_state, meta.method(i), this, refresh);
+    connectEveryChange(m_state, this, metaObject()->method(metaObject()->indexOfSlot("refreshModel()")));
     connect(&m_state.settings(), &AppSettings::changed, this, &CityView::refreshSettings);
     refreshSettings();
     m_model = m_state.cityModel();

@@ -237,6 +237,11 @@ QString PulseView::putBack()
     return PlatformWords::current().putBack;
 }
 
+QString PulseView::fullDiskAccessBanner()
+{
+    return PlatformWords::current().fullDiskAccessBanner;
+}
+
 void PulseView::pressMainButton()
 {
     PulseScreen::pressMainButton(m_state);

@@ -49,6 +49,7 @@ class PulseView : public StateView {
     Q_PROPERTY(QString statusText READ statusText NOTIFY changed)
     Q_PROPERTY(QString statusDotColor READ statusDotColor NOTIFY changed)
     Q_PROPERTY(QString putBack READ putBack CONSTANT)
+    Q_PROPERTY(QString fullDiskAccessBanner READ fullDiskAccessBanner CONSTANT)
     Q_PROPERTY(QObject* sweepGroups READ sweepGroups CONSTANT)
 
 public:
@@ -97,6 +98,7 @@ public:
     [[nodiscard]] QString statusText() const;
     [[nodiscard]] QString statusDotColor() const;
     [[nodiscard]] static QString putBack();
+    [[nodiscard]] static QString fullDiskAccessBanner();
     [[nodiscard]] QObject* sweepGroups() { return &m_sweepGroups; }
 
     // The widths of the capacity track's slices in `width` points.

@@ -35,7 +35,7 @@ ScreenshotTour::ScreenshotTour(QQuickWindow& window, AppState& state, QString fo
         m_steps.push_back({tab.rawValue().toLower(), [this, tab] { m_state.setSelectedTab(tab); }});
     for (int index = 0; index < 5; ++index)
         m_steps.push_back({QLatin1String(settingsTabNames[index]), [this, index] {
-                               m_window.setProperty("settingsTab", index);
+                               m_window.property("settingsView").value<QObject*>()->setProperty("selectedTab", index);
                                m_state.setShowingSettingsSheet(true);
                            }});
     m_poll.setInterval(pollMilliseconds);

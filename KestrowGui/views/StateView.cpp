@@ -1,6 +1,6 @@
 #include "views/StateView.h"
 
-#include <QMetaMethod>
+#include "views/StateChanges.h"
 
 namespace kestrow {
 
@@ -8,11 +8,7 @@ StateView::StateView(AppState& state, QObject* parent)
     : QObject(parent)
     , m_state(state)
 {
-    const QMetaObject& meta = AppState::staticMetaObject;
-    const QMetaMethod relay = QMetaMethod::fromSignal(&StateView::changed);
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
-        if (meta.method(i).methodType() == QMetaMethod::Signal)
-            connect(&state, meta.method(i), this, relay);
+    connectEveryChange(state, this, QMetaMethod::fromSignal(&StateView::changed));
 }
 
 } // namespace kestrow

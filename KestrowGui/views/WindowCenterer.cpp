@@ -20,11 +20,13 @@ bool isOrdinaryWindow(const QWindow* window)
 WindowCenterer::WindowCenterer(QObject* parent)
     : QObject(parent)
 {
-    m_move.setDuration(moveMilliseconds);
-    m_move.setEasingCurve(QEasingCurve::OutCubic);
+    // The animation runs the progress; the plan eases it along its own curve.
+    m_move.setDuration(static_cast<int>(WindowCentering::animationDuration.count()));
+    m_move.setStartValue(0.0);
+    m_move.setEndValue(1.0);
     connect(&m_move, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
         if (m_movingWindow)
-            m_movingWindow->setFramePosition(value.toPoint());
+            m_movingWindow->setFramePosition(m_plan.originAt(value.toDouble()));
     });
 }
 
@@ -44,30 +46,33 @@ bool WindowCenterer::centerActiveWindow(bool animated)
 
 void WindowCenterer::center(QWindow* window, bool animated)
 {
-    if (window->windowStates() & Qt::WindowFullScreen)
-        return;
-    if (window->windowStates() & Qt::WindowMinimized)
-        window->showNormal();
-    if (!window->isVisible()) {
-        window->show();
-        window->requestActivate();
-    }
     QScreen* screen = window->screen() ? window->screen() : QGuiApplication::primaryScreen();
     if (!screen)
         return;
-    const QRect frame = window->frameGeometry();
-    QRect target = frame;
-    target.moveCenter(screen->availableGeometry().center());
-    if (target.topLeft() == frame.topLeft())
+    const Qt::WindowStates states = window->windowStates();
+    const CenteringMove move = WindowCentering::plan({.frame = window->frameGeometry(),
+                                                      .availableScreen = screen->availableGeometry(),
+                                                      .isFullScreen = states.testFlag(Qt::WindowFullScreen),
+                                                      .isMinimised = states.testFlag(Qt::WindowMinimized),
+                                                      .isVisible = window->isVisible()},
+                                                     animated);
+    if (move.leaveAlone)
         return;
+    if (move.restore)
+        window->showNormal();
+    if (move.raise) {
+        window->show();
+        window->raise();
+        window->requestActivate();
+    }
     m_move.stop();
-    if (!animated) {
-        window->setFramePosition(target.topLeft());
+    if (!move.animate) {
+        if (move.from != move.to)
+            window->setFramePosition(move.to);
         return;
     }
     m_movingWindow = window;
-    m_move.setStartValue(frame.topLeft());
-    m_move.setEndValue(target.topLeft());
+    m_plan = move;
     m_move.start();
 }
 

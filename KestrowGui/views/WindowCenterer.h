@@ -1,5 +1,7 @@
 #pragma once
 
+#include "presentation/WindowCentering.h"
+
 #include <QObject>
 #include <QPointer>
 #include <QVariantAnimation>
@@ -14,8 +16,6 @@ class WindowCenterer : public QObject {
     Q_OBJECT
 
 public:
-    static constexpr int moveMilliseconds = 200;
-
     explicit WindowCenterer(QObject* parent = nullptr);
 
     // The window to fall back on when no window has the focus.
@@ -31,6 +31,7 @@ public:
 private:
     QPointer<QWindow> m_trackedWindow;
     QPointer<QWindow> m_movingWindow;
+    CenteringMove m_plan;
     QVariantAnimation m_move;
 };
 

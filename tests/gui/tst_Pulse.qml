@@ -36,6 +36,7 @@ Item {
         property var cpuMeter: ({ present: false, lit: 0, miniLit: 0, text: "--", charging: false })
         property var memoryMeter: ({ present: false, lit: 0, miniLit: 0, text: "--", charging: false })
         property var batteryMeter: ({ present: false, lit: 0, miniLit: 0, text: "--", charging: false })
+        property string fullDiskAccessBanner: "Grant access to inspect more."
         property string footprintTitle: "Storage Footprint"
         property bool footprintPending: true
         property string footprintPendingTitle: "Deep scan pending"
