@@ -53,6 +53,22 @@ const QHash<QString, QString>& table()
         {u"exclamationmark.triangle"_s, u"dialog-warning"_s},
         {u"building.2.crop.circle"_s, u"view-app-grid"_s},
         {u"circle.righthalf.filled"_s, u"preferences-system-details"_s},
+        {u"app.badge.fill"_s, u"application-x-executable"_s},
+        {u"archivebox.fill"_s, u"media-removable"_s},
+        {u"brain.head.profile"_s, u"applications-science"_s},
+        {u"checkmark.seal.fill"_s, u"emblem-ok"_s},
+        {u"chevron.left.forwardslash.chevron.right"_s, u"utilities-terminal"_s},
+        {u"doc.text.fill"_s, u"text-x-generic"_s},
+        {u"doc.text.magnifyingglass"_s, u"edit-find-replace"_s},
+        {u"envelope.arrow.triangle.branch.fill"_s, u"mail-unread"_s},
+        {u"exclamationmark.bubble.fill"_s, u"dialog-information"_s},
+        {u"exclamationmark.triangle.fill"_s, u"dialog-error"_s},
+        {u"gearshape.arrow.triangle.2.circlepath"_s, u"emblem-synchronizing"_s},
+        {u"trash.fill"_s, u"user-trash"_s},
+        {u"wand.and.stars"_s, u"system-software-install"_s},
+        {u"ferry"_s, u"package-x-generic"_s},
+        {u"globe"_s, u"web-browser"_s},
+        {u"rays"_s, u"dialog-warning"_s},
     };
     return icons;
 }
