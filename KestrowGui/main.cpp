@@ -40,6 +40,7 @@ struct LaunchOptions {
     QString home; // empty: the user's own
     QString screenshots;
     QString screenshotPrefix;
+    bool quitAfterFirstFrame = false;
 };
 
 // Reads the command line of `application`; help and wrong options end the process here, as
@@ -63,12 +64,17 @@ LaunchOptions parseOptions(const QCoreApplication& application)
     const QCommandLineOption prefixOption(QStringLiteral("screenshot-prefix"),
                                           QStringLiteral("How the pictures' file names begin."), QStringLiteral("text"),
                                           QStringLiteral("kestrow"));
-    parser.addOptions({tabOption, homeOption, screenshotsOption, prefixOption});
+    const QCommandLineOption firstFrameOption(
+        QStringLiteral("quit-after-first-frame"),
+        QStringLiteral("Say \"first frame\" on standard error once the window has drawn, then quit: for timing "
+                       "the start."));
+    parser.addOptions({tabOption, homeOption, screenshotsOption, prefixOption, firstFrameOption});
     parser.process(application);
 
     LaunchOptions options{.tab = parser.value(tabOption),
                           .screenshots = parser.value(screenshotsOption),
-                          .screenshotPrefix = parser.value(prefixOption)};
+                          .screenshotPrefix = parser.value(prefixOption),
+                          .quitAfterFirstFrame = parser.isSet(firstFrameOption)};
     if (parser.isSet(homeOption)) {
         options.home = QDir(parser.value(homeOption)).absolutePath();
         if (!QFileInfo(options.home).isDir()) {
@@ -147,6 +153,14 @@ int main(int argc, char** argv)
     });
     if (!options.tab.isEmpty())
         state.setSelectedTabRaw(options.tab);
+    if (options.quitAfterFirstFrame)
+        QObject::connect(
+            window, &QQuickWindow::frameSwapped, &application,
+            [] {
+                std::fputs("first frame\n", stderr);
+                QCoreApplication::quit();
+            },
+            Qt::SingleShotConnection);
     std::unique_ptr<ScreenshotTour> tour;
     if (!options.screenshots.isEmpty()) {
         tour = std::make_unique<ScreenshotTour>(*window, state, options.screenshots, options.screenshotPrefix,
