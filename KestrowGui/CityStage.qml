@@ -5,7 +5,8 @@ import Kestrow.Gui
 // The stage above the screens: the 3D city of the chosen style, its districts' chips held over
 // their anchors, and its handles: a click on a district or a chip opens the district's screen
 // (the applications' district the Uninstaller, any other the Sweep screen), a drag turns the
-// camera, a right-drag pans it, a double click sets it back.
+// camera, a right-drag pans it, a double click sets it back. Its Agents button turns it into the
+// lineup of the style's robots, where a click on a robot opens its inspector drawer.
 Rectangle {
     id: stage
     required property var view
@@ -14,6 +15,14 @@ Rectangle {
     readonly property alias scene: scene
     readonly property alias frame: frame
     property int hoveredDistrict: 0
+    property bool lineupOpen: false
+    property string selectedAgent: ""
+    readonly property var selectedProfile: {
+        for (const agent of stage.view.agents)
+            if (agent.id === stage.selectedAgent)
+                return agent
+        return null
+    }
 
     color: Theme.puttyWell
     radius: 14
@@ -41,6 +50,9 @@ Rectangle {
             dark: Theme.dark
             shadows: stage.shadows
             hoveredDistrict: stage.hoveredDistrict
+            lineup: stage.lineupOpen
+            agents: stage.view.agents
+            selectedAgent: stage.selectedAgent
         }
     }
 
@@ -56,8 +68,14 @@ Rectangle {
         readonly property real dragThreshold: 4
 
         function districtAt(x, y) {
+            if (stage.lineupOpen)
+                return 0
             const hit = viewport.pick(x, y).objectHit
             return hit && hit.district !== undefined ? hit.district : 0
+        }
+        function agentAt(x, y) {
+            const hit = viewport.pick(x, y).objectHit
+            return hit && hit.agent !== undefined ? hit.agent : ""
         }
 
         onPressed: mouse => {
@@ -84,6 +102,12 @@ Rectangle {
         onClicked: mouse => {
             if (dragged || mouse.button !== Qt.LeftButton)
                 return
+            if (stage.lineupOpen) {
+                const agent = agentAt(mouse.x, mouse.y)
+                if (agent !== "")
+                    stage.selectedAgent = agent
+                return
+            }
             const district = districtAt(mouse.x, mouse.y)
             if (district !== 0)
                 stage.view.selectDistrict(district)
@@ -106,7 +130,7 @@ Rectangle {
             readonly property bool lit: hover.hovered || stage.hoveredDistrict === modelData.id
 
             objectName: "chip" + modelData.id
-            visible: projected.z > 0
+            visible: projected.z > 0 && !stage.lineupOpen
             x: Math.min(stage.width - width - 6, Math.max(6, projected.x - width / 2))
             y: Math.min(stage.height - height - 6, Math.max(6, projected.y - height))
             width: Math.max(108, column.implicitWidth + 34)
@@ -162,5 +186,95 @@ Rectangle {
                 onTapped: stage.view.selectDistrict(chip.modelData.id)
             }
         }
+    }
+
+    // The robots' name tags in the lineup.
+    Repeater {
+        model: stage.lineupOpen ? stage.view.agents : []
+        delegate: Rectangle {
+            id: tag
+            required property var modelData
+            required property int index
+            readonly property vector3d projected: {
+                frame.yawDegrees; frame.pitchDegrees; frame.zoom; frame.panX; frame.panZ
+                viewport.width; viewport.height
+                const node = scene.agentLineup.tagFor(index)
+                return node ? viewport.mapFrom3DScene(node.scenePosition) : Qt.vector3d(0, 0, -1)
+            }
+            objectName: "agent_" + modelData.id
+            visible: projected.z > 0
+            x: projected.x - width / 2
+            y: Math.max(4, projected.y - height)
+            width: name.implicitWidth + 16
+            height: name.implicitHeight + 8
+            radius: 6
+            color: stage.selectedAgent === modelData.id ? Theme.color(modelData.tintName) : Theme.panel
+            border.width: 1
+            border.color: Theme.color(modelData.tintName)
+            Accessible.role: Accessible.Button
+            Accessible.name: modelData.name
+            Accessible.onPressAction: stage.selectedAgent = modelData.id
+            Text {
+                id: name
+                anchors.centerIn: parent
+                text: tag.modelData.designation
+                font.pixelSize: 10
+                font.weight: Font.DemiBold
+                color: stage.selectedAgent === tag.modelData.id ? "white" : Theme.ink
+            }
+            TapHandler {
+                onTapped: stage.selectedAgent = tag.modelData.id
+            }
+        }
+    }
+
+    AgentInspector {
+        objectName: "agentInspector"
+        anchors.right: parent.right
+        anchors.top: parent.top
+        anchors.bottom: parent.bottom
+        anchors.margins: 8
+        width: Math.min(340, stage.width * 0.45)
+        agent: stage.lineupOpen ? stage.selectedProfile : null
+        onEmoteRequested: id => scene.agentLineup.emote(id)
+        onClosed: stage.selectedAgent = ""
+    }
+
+    Rectangle {
+        objectName: "lineupButton"
+        anchors.left: parent.left
+        anchors.bottom: parent.bottom
+        anchors.margins: 8
+        width: lineupLabel.implicitWidth + 20
+        height: 24
+        radius: 12
+        color: lineupHover.hovered ? Theme.window : Theme.panel
+        border.width: 1
+        border.color: Theme.hairline
+        Accessible.role: Accessible.Button
+        Accessible.name: lineupLabel.text
+        Accessible.onPressAction: stage.toggleLineup()
+        Text {
+            id: lineupLabel
+            anchors.centerIn: parent
+            text: stage.lineupOpen ? "Back to the city" : "Agents"
+            font.pixelSize: 11
+            font.weight: Font.DemiBold
+            color: Theme.ink
+        }
+        HoverHandler {
+            id: lineupHover
+            cursorShape: Qt.PointingHandCursor
+        }
+        TapHandler {
+            onTapped: stage.toggleLineup()
+        }
+    }
+
+    function toggleLineup() {
+        stage.lineupOpen = !stage.lineupOpen
+        stage.selectedAgent = ""
+        stage.hoveredDistrict = 0
+        frame.resetCamera()
     }
 }

@@ -12,14 +12,18 @@ Node {
     property bool dark: false
     property bool shadows: true
     property int hoveredDistrict: 0
+    property bool lineup: false
+    property var agents: []
+    property string selectedAgent: ""
 
     readonly property alias camera: camera
     readonly property alias environment: environment
+    readonly property alias agentLineup: agentLineup
     readonly property bool freight: scene.style === "freightTerminal"
 
     // The node that carries a district's chip: 1 system, 2 apps, 3 developer, 4 review, 5 trash.
     function anchorFor(id) {
-        return classic.anchorFor(id)
+        return scene.freight ? terminal.anchorFor(id) : classic.anchorFor(id)
     }
 
     SceneEnvironment {
@@ -78,11 +82,29 @@ Node {
 
         ClassicCity {
             id: classic
-            visible: !scene.freight
+            visible: !scene.freight && !scene.lineup
             controller: scene.controller
             frame: scene.frame
             dark: scene.dark
             hoveredDistrict: scene.hoveredDistrict
+        }
+        FreightTerminal {
+            id: terminal
+            visible: scene.freight && !scene.lineup
+            controller: scene.controller
+            frame: scene.frame
+            dark: scene.dark
+            hoveredDistrict: scene.hoveredDistrict
+        }
+        // Left of the middle, clear of the inspector drawer.
+        AgentLineup {
+            id: agentLineup
+            x: -170
+            visible: scene.lineup
+            agents: scene.agents
+            selectedAgent: scene.selectedAgent
+            dark: scene.dark
+            loopTime: scene.frame.loopTime
         }
     }
 }

@@ -143,5 +143,58 @@ Item {
             compare(firstArguments(modeChanges).slice(0, 2), [cleaning, victory])
             city.reduceMotion = false
         }
+
+        function test_6_theFreightTerminalNeverHoldsTheApplicationBack() {
+            tryCompare(city.controller, "busy", false, 4000)
+            busyReports.clear()
+            city.style = "freightTerminal"
+            for (const data of city.chips)
+                verify(stage.scene.anchorFor(data.id) !== null)
+            city.showActivity({ isScanning: true, isDiskScanning: true, systemScale: 1.4 })
+            wait(400)
+            city.showActivity({ isCleaning: true })
+            wait(400)
+            city.showActivity({ hasCleaned: true })
+            wait(200)
+            compare(busyReports.count, 0)
+            verify(!city.controller.busy)
+            // The taller yard carries its chip up with it.
+            fuzzyCompare(foot(1).y, stage.viewport.mapFrom3DScene(stage.scene.anchorFor(1).scenePosition).y, 1)
+            city.style = "classicCity"
+        }
+
+        function test_7_theLineupOpensAnInspectorThatPlaysEmotes() {
+            const button = findChild(stage, "lineupButton")
+            mouseClick(button)
+            verify(stage.lineupOpen)
+            verify(!chip(1).visible)
+            compare(city.agents.length, 5)
+            const hauler = findChild(stage, "agent_hauler_bot")
+            verify(hauler)
+            tryVerify(() => hauler.visible && hauler.y > 0)
+            mouseClick(hauler)
+            compare(stage.selectedAgent, "hauler_bot")
+            const inspector = findChild(stage, "agentInspector")
+            verify(inspector.visible)
+            // The status line follows what runs: a Sweep outranks a scan.
+            const status = findChild(inspector, "agentStatus")
+            city.showActivity({ isScanning: true })
+            compare(status.text, city.agents[3].status)
+            const scanStatus = status.text
+            city.showActivity({ isScanning: true, isCleaning: true })
+            verify(status.text !== scanStatus)
+            city.showActivity({})
+            const figure = stage.scene.agentLineup.tagFor(3).parent.figure
+            mouseClick(findChild(inspector, "emoteButton"))
+            tryVerify(() => figure.emoteProgress > 0, 1000)
+            tryCompare(figure, "emoteProgress", 0, 3000)
+            // In the freight style the lineup holds its two rovers.
+            city.style = "freightTerminal"
+            compare(city.agents.length, 2)
+            city.style = "classicCity"
+            mouseClick(button)
+            verify(!stage.lineupOpen && !inspector.visible)
+            tryVerify(() => chip(1).visible)
+        }
     }
 }
