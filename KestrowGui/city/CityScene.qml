@@ -15,6 +15,8 @@ Node {
     property bool lineup: false
     property var agents: []
     property string selectedAgent: ""
+    // How far the camera stands at a zoom of 1; a narrower stage stands it further back.
+    property real cameraDistance: 1400
 
     readonly property alias camera: camera
     readonly property alias environment: environment
@@ -41,7 +43,7 @@ Node {
             eulerRotation.x: scene.frame.pitchDegrees
             PerspectiveCamera {
                 id: camera
-                z: 1400 / scene.frame.zoom
+                z: scene.cameraDistance / scene.frame.zoom
                 fieldOfView: 22
                 clipNear: 20
                 clipFar: 6000

@@ -19,6 +19,7 @@ class CityModelView : public QObject {
     Q_PROPERTY(QString accessibilitySummary READ accessibilitySummary CONSTANT)
     Q_PROPERTY(bool isSample READ isSample CONSTANT)
     Q_PROPERTY(QString style READ style WRITE setStyle NOTIFY styleChanged)
+    Q_PROPERTY(QString styleName READ styleName NOTIFY styleChanged)
     Q_PROPERTY(bool reduceMotion READ reduceMotion WRITE setReduceMotion NOTIFY reduceMotionChanged)
     Q_PROPERTY(kestrow::DiskCitySceneController* controller READ controller CONSTANT)
     Q_PROPERTY(QVariantList agents READ agents NOTIFY agentsChanged)
@@ -31,6 +32,7 @@ public:
     [[nodiscard]] bool isSample() const { return m_model.isSample; }
     [[nodiscard]] QString style() const { return m_controller.currentStyle().rawValue(); }
     void setStyle(const QString& raw);
+    [[nodiscard]] QString styleName() const { return m_controller.currentStyle().displayName(); }
     [[nodiscard]] bool reduceMotion() const { return m_controller.reduceMotion(); }
     void setReduceMotion(bool reduce) { m_controller.setReduceMotion(reduce); }
     [[nodiscard]] DiskCitySceneController* controller() { return &m_controller; }

@@ -6,7 +6,7 @@ import Kestrow.Gui
 Item {
     id: root
     width: 940
-    height: 240
+    height: 380
 
     CityModelView { id: city }
     CityStage {
@@ -14,6 +14,7 @@ Item {
         view: city
         anchors.fill: parent
     }
+    CityPreview { id: preview; y: 240; width: 300; height: 130; style: "freightTerminal" }
     SignalSpy { id: busyReports; target: city.controller; signalName: "activityChanged" }
     SignalSpy { id: selections; target: city; signalName: "districtSelected" }
     SignalSpy { id: modeChanges; target: city.controller; signalName: "modeChanged" }
@@ -195,6 +196,19 @@ Item {
             mouseClick(button)
             verify(!stage.lineupOpen && !inspector.visible)
             tryVerify(() => chip(1).visible)
+        }
+
+        function test_8_aPreviewShowsItsOwnStyleAndLook() {
+            compare(preview.Accessible.name, "Preview of Modular Freight Terminal")
+            const wasDark = preview.dark
+            mouseClick(preview, preview.width - 17, 17)
+            compare(preview.dark, true)
+            mouseClick(preview, preview.width - 43, 17)
+            compare(preview.dark, false)
+            preview.dark = wasDark
+            // The preview keeps its style whatever the stage shows.
+            city.style = "classicCity"
+            compare(preview.Accessible.name, "Preview of Modular Freight Terminal")
         }
     }
 }
