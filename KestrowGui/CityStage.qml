@@ -9,6 +9,7 @@ import Kestrow.Gui
 // lineup of the style's robots, where a click on a robot opens its inspector drawer.
 Rectangle {
     id: stage
+    objectName: "cityStage"
     required property var view
     property bool shadows: true
     readonly property alias viewport: viewport

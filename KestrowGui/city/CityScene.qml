@@ -61,19 +61,14 @@ Node {
             id: sun
             eulerRotation: Qt.vector3d(-52, -38, 0)
             color: scene.dark ? "#aebcff" : "#fff2dc"
-            brightness: scene.dark ? 0.55 : 1.05
+            // The ambient light rides on the sun: a light of its own would add to every pixel's shading.
+            ambientColor: scene.dark ? "#2a3046" : "#8a8884"
+            brightness: scene.dark ? 0.6 : 1.1
             castsShadow: scene.shadows
             shadowMapQuality: Light.ShadowMapQualityMedium
             shadowFactor: 45
             shadowMapFar: 4000
             shadowBias: 12
-        }
-        DirectionalLight {
-            id: ambient
-            eulerRotation: Qt.vector3d(-90, 0, 0)
-            color: scene.dark ? "#3a4466" : "#c9d4e6"
-            ambientColor: scene.dark ? "#23283a" : "#6c6a66"
-            brightness: 0.35
         }
         DirectionalLight {
             id: rim
