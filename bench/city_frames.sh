@@ -17,5 +17,5 @@ echo "cores: $(nproc)"
 for function in test_withoutShadows test_withShadows; do
   QSG_INFO=1 LD_PRELOAD="$work/gl_draw_counter.so" LIBGL_ALWAYS_SOFTWARE=1 QT_QPA_PLATFORM=xcb \
     xvfb-run -a -s "-screen 0 1280x800x24" "$tests" -input "$root/bench/city_frames.qml" "CityFrames::$function" 2>&1 |
-    grep -E 'GL_RENDERER|FRAMES|DRAWS|FAIL' | sed 's/^QDEBUG : [^ ]* //; s/^qt.scenegraph.general: //'
+    grep -E 'RENDERER:|FRAMES|DRAWS|FAIL' | sed 's/^QDEBUG : [^ ]* //; s/^qt.rhi.general: //'
 done

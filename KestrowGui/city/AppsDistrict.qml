@@ -40,6 +40,7 @@ Node {
         }
         Model {
             source: "#Cube"
+            castsShadows: false
             instancing: CityInstances {
                 entries: {
                     const list = []

@@ -65,7 +65,7 @@ Node {
             ambientColor: scene.dark ? "#2a3046" : "#8a8884"
             brightness: scene.dark ? 0.6 : 1.1
             castsShadow: scene.shadows
-            shadowMapQuality: Light.ShadowMapQualityMedium
+            shadowMapQuality: Light.ShadowMapQualityLow
             shadowFactor: 45
             shadowMapFar: 4000
             shadowBias: 12

@@ -56,6 +56,7 @@ Node {
         base: Qt.vector3d(0, -70, -80)
         size: Qt.vector3d(terminal.groundWidth + 40, 56, 400)
         color: terminal.dark ? "#26272c" : "#6f6a62"
+        castsShadows: false
     }
     Block {
         base: Qt.vector3d(0, -78, 190)
@@ -67,6 +68,7 @@ Node {
         size: Qt.vector3d(terminal.groundWidth, 14, 380)
         color: terminal.dark ? "#3a3d44" : "#b9b6ae"
         roughness: 1
+        castsShadows: false
     }
     Block {
         base: Qt.vector3d(0, -70, 190)
@@ -77,6 +79,7 @@ Node {
     // Guide lines of the rovers.
     Model {
         source: "#Cube"
+        castsShadows: false
         instancing: CityInstances {
             entries: [[0, 1, 80, 13, 0.02, 0.04, "#ffffff"], [0, 1, -40, 13, 0.02, 0.04, "#ffffff"],
                       [-650, 1, 20, 0.04, 0.02, 1.2, "#ffffff"], [650, 1, 20, 0.04, 0.02, 1.2, "#ffffff"]]

@@ -33,11 +33,13 @@ Node {
 
     Model {
         source: "#Cube"
+        castsShadows: false
         instancing: CityInstances { entries: roads.asphalt }
         materials: PrincipledMaterial { baseColor: roads.dark ? "#26272c" : "#5d5f66"; roughness: 0.95 }
     }
     Model {
         source: "#Cube"
+        castsShadows: false
         instancing: CityInstances { entries: roads.marks }
         materials: PrincipledMaterial {
             baseColor: "#f3e6c0"

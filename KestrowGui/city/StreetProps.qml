@@ -64,11 +64,13 @@ Node {
     }
     Model {
         source: "#Cylinder"
+        castsShadows: false
         instancing: CityInstances { entries: props.entries(props.manholeSpots, 2.5, 0.18, 0.01, 0.18, "#ffffff") }
         materials: PrincipledMaterial { baseColor: "#3a3a3e"; metalness: 0.6; roughness: 0.4 }
     }
     Model {
         source: "#Cube"
+        castsShadows: false
         instancing: CityInstances { entries: props.entries(props.drainSpots, 2.5, 0.22, 0.01, 0.08, "#ffffff") }
         materials: PrincipledMaterial { baseColor: "#202226"; metalness: 0.5; roughness: 0.5 }
     }

@@ -34,6 +34,7 @@ Node {
         }
         Model {
             source: "#Cube"
+            castsShadows: false
             instancing: CityInstances {
                 entries: {
                     const list = []
