@@ -50,6 +50,8 @@ Rectangle {
             style: stage.view.style
             dark: Theme.dark
             shadows: stage.shadows
+            // A wider stage brings the camera closer, so that the city fills its width.
+            cameraDistance: 1400 * Math.min(1, 3.6 * viewport.height / Math.max(1, viewport.width))
             hoveredDistrict: stage.hoveredDistrict
             lineup: stage.lineupOpen
             agents: stage.view.agents

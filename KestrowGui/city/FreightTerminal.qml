@@ -105,7 +105,7 @@ Node {
                 instancing: CityInstances { entries: terminal.yardEntries(3, 3, 4) }
                 materials: PrincipledMaterial { baseColor: "#ffffff"; roughness: 0.6 }
             }
-            Node { id: yardATop; y: 130 }
+            Node { id: yardATop; y: 230 }
         }
     }
     Node {
@@ -275,7 +275,7 @@ Node {
             color: terminal.cleaned ? "#4fd18b" : "#6c6c6c"
             glow: terminal.cleaned ? Qt.vector3d(0.2, 0.9, 0.4) : Qt.vector3d(0, 0, 0)
         }
-        Node { id: shredderTop; y: 110 }
+        Node { id: shredderTop; y: 70 }
     }
 
     // The rovers: the inspector loops the quay, faster while a scan runs; the carrier shuttles
