@@ -22,7 +22,9 @@
 #include <QQmlApplicationEngine>
 #include <QQuickStyle>
 #include <QQuickWindow>
+#include <QSurfaceFormat>
 #include <QtQml/qqmlextensionplugin.h>
+#include <QtQuick3D/qquick3d.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -106,6 +108,7 @@ int main(int argc, char** argv)
     }
     // Widgets for the tray and the Sweep's question; the window itself is Qt Quick.
     QApplication application(argc, argv);
+    QSurfaceFormat::setDefaultFormat(QQuick3D::idealSurfaceFormat());
     QApplication::setApplicationName(QStringLiteral("Kestrow"));
     QApplication::setQuitOnLastWindowClosed(true);
     QQuickStyle::setStyle(QStringLiteral("Basic"));

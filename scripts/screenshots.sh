@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Pictures of every screen of the desktop application, its Settings tabs and its tray menu, in
-# the light and the dark theme at 1280x800 and 1024x700, on a synthetic home under Xvfb.
+# the light and the dark theme at 1280x800 and 1024x700, on a synthetic home under Xvfb; then the
+# city stage in each diorama style, idle, scanning, sweeping and in its victory.
 # Usage: scripts/screenshots.sh [output folder] [kestrow-app binary]
 set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"

@@ -64,6 +64,8 @@ void DiskCitySceneController::update(const DiskCityModel& model)
     if (model.isAnalyzingSystem && !m_isAnalyzingSystem)
         m_holds.raise(StageHolds::Kind::analyze, now);
     const bool cleaningStarts = model.isCleaning && !m_isCleaning;
+    const bool flagsChange =
+        model.isScanning != m_isScanning || model.isCleaning != m_isCleaning || model.hasCleaned != m_hasCleaned;
 
     m_isScanning = model.isScanning;
     m_isCleaning = model.isCleaning;
@@ -71,6 +73,8 @@ void DiskCitySceneController::update(const DiskCityModel& model)
     m_isDiskScanning = model.isDiskScanning;
     m_isLoadingApps = model.isLoadingApps;
     m_isAnalyzingSystem = model.isAnalyzingSystem;
+    if (flagsChange)
+        Q_EMIT modelFlagsChanged();
 
     if (cleaningStarts) {
         if (m_reduceMotion)

@@ -34,6 +34,10 @@ class DiskCitySceneController : public QObject {
     Q_PROPERTY(double appsScale READ displayedAppsScale NOTIFY buildingScalesChanged)
     Q_PROPERTY(bool radarBeamVisible READ isRadarBeamVisible NOTIFY radarBeamChanged)
     Q_PROPERTY(bool reduceMotion READ reduceMotion WRITE setReduceMotion NOTIFY reduceMotionChanged)
+    // The model's own flags, before any hold: what a style without acts shows.
+    Q_PROPERTY(bool isScanning READ isScanning NOTIFY modelFlagsChanged)
+    Q_PROPERTY(bool isCleaning READ isCleaning NOTIFY modelFlagsChanged)
+    Q_PROPERTY(bool hasCleaned READ hasCleaned NOTIFY modelFlagsChanged)
 
 public:
     enum class DioramaMode { idle, scanning, cleaning, victory };
@@ -87,6 +91,11 @@ public:
     [[nodiscard]] bool effLoadingApps() const { return m_effLoadingApps; }
     [[nodiscard]] bool effAnalyzing() const { return m_effAnalyzing; }
     [[nodiscard]] bool reduceMotion() const { return m_reduceMotion; }
+    [[nodiscard]] bool isScanning() const { return m_isScanning; }
+    [[nodiscard]] bool isCleaning() const { return m_isCleaning; }
+    [[nodiscard]] bool hasCleaned() const { return m_hasCleaned; }
+    // The controller's clock, against which the hauler's phases are read.
+    [[nodiscard]] double now() const { return m_clock(); }
     [[nodiscard]] const StageHolds& holds() const { return m_holds; }
     [[nodiscard]] const HaulerAct& hauler() const { return m_hauler; }
     [[nodiscard]] double robotPresence(const QString& robotId) const { return m_robots.presence(robotId); }
@@ -112,6 +121,7 @@ Q_SIGNALS:
     void buildingScalesChanged();
     void radarBeamChanged(bool visible);
     void reduceMotionChanged(bool reduce);
+    void modelFlagsChanged();
     // After every frame, for whatever follows the robots, the hauler and the beam.
     void frameAdvanced();
 

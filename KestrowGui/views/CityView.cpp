@@ -1,7 +1,7 @@
 #include "views/CityView.h"
 
-#include "presentation/ThemeColor.h"
 #include "settings/AppSettings.h"
+#include "views/CityStageData.h"
 #include "views/StateChanges.h"
 
 namespace kestrow {
@@ -10,27 +10,17 @@ namespace {
 
 constexpr int applicationsDistrict = 2;
 
-ThemeColor tintColor(DiskCityModel::ChipTint tint)
-{
-    switch (tint) {
-    case DiskCityModel::ChipTint::teal:
-        return ThemeColor::safeTeal;
-    case DiskCityModel::ChipTint::amber:
-        return ThemeColor::askAmber;
-    case DiskCityModel::ChipTint::orange:
-        break;
-    }
-    return ThemeColor::accentOrange;
-}
-
 } // namespace
 
-CityView::CityView(AppState& state, QObject* parent)
+CityView::CityView(AppState& state, const CommandRunner& runner, QObject* parent)
     : QObject(parent)
     , m_state(state)
+    , m_systemReducesMotion(systemReducesMotion(runner))
 {
     connect(&m_controller, &DiskCitySceneController::activityChanged, &m_state, &AppState::setIsDioramaBusy);
     connect(&m_controller, &DiskCitySceneController::styleChanged, this, &CityView::styleChanged);
+    connect(&m_controller, &DiskCitySceneController::styleChanged, this, &CityView::agentsChanged);
+    connect(&m_controller, &DiskCitySceneController::modelFlagsChanged, this, &CityView::agentsChanged);
     connectEveryChange(m_state, this, metaObject()->method(metaObject()->indexOfSlot("refreshModel()")));
     connect(&m_state.settings(), &AppSettings::changed, this, &CityView::refreshSettings);
     refreshSettings();
@@ -41,16 +31,25 @@ CityView::CityView(AppState& state, QObject* parent)
 
 QVariantList CityView::chips() const
 {
-    QVariantList chips;
-    for (const DiskCityModel::Chip& chip : m_model.chips)
-        chips.append(QVariantMap{{QStringLiteral("id"), chip.id},
-                                 {QStringLiteral("badge"), chip.badge},
-                                 {QStringLiteral("title"), chip.title},
-                                 {QStringLiteral("detail"), chip.detail},
-                                 {QStringLiteral("tintName"), colorName(tintColor(chip.tint))},
-                                 {QStringLiteral("x"), chip.x},
-                                 {QStringLiteral("y"), chip.y}});
-    return chips;
+    return CityStageData::chips(m_model);
+}
+
+QVariantList CityView::agents() const
+{
+    return CityStageData::agents(m_controller.currentStyle(), m_controller.isScanning(), m_controller.isCleaning());
+}
+
+bool CityView::systemReducesMotion(const CommandRunner& runner)
+{
+    try {
+        const CommandResult result =
+            runner.runWithStatus({QStringLiteral("/usr/bin/gsettings"),
+                                  {QStringLiteral("get"), QStringLiteral("org.gnome.desktop.interface"),
+                                   QStringLiteral("enable-animations")}});
+        return result.exitStatus == 0 && result.standardOutput.trimmed() == "false";
+    } catch (const ProcessLaunchError&) {
+        return false;
+    }
 }
 
 void CityView::selectDistrict(int id)
@@ -73,7 +72,7 @@ void CityView::refreshSettings()
     const AppSettings& settings = m_state.settings();
     if (settings.dioramaStyle() != m_controller.currentStyle())
         m_controller.switchDiorama(settings.dioramaStyle());
-    m_controller.setReduceMotion(settings.reduceDioramaMotion());
+    m_controller.setReduceMotion(settings.reduceDioramaMotion() || m_systemReducesMotion);
 }
 
 } // namespace kestrow

@@ -2,6 +2,7 @@
 
 #include "city/DiskCityModel.h"
 #include "city/DiskCitySceneController.h"
+#include "platform/CommandRunner.h"
 #include "state/AppState.h"
 
 #include <QObject>
@@ -20,12 +21,12 @@ class CityView : public QObject {
     Q_PROPERTY(bool isSample READ isSample NOTIFY modelChanged)
     Q_PROPERTY(QString style READ style NOTIFY styleChanged)
     Q_PROPERTY(kestrow::DiskCitySceneController* controller READ controller CONSTANT)
+    Q_PROPERTY(QVariantList agents READ agents NOTIFY agentsChanged)
 
 public:
-    explicit CityView(AppState& state, QObject* parent = nullptr);
+    // `runner` asks the desktop whether it wants less motion, once.
+    explicit CityView(AppState& state, const CommandRunner& runner = CommandRunner(), QObject* parent = nullptr);
 
-    // Each chip's id, badge, title, detail, tintName ("accentOrange", "safeTeal" or "askAmber")
-    // and its anchor x and y in the stage's unit square.
     [[nodiscard]] QVariantList chips() const;
     [[nodiscard]] QString accessibilitySummary() const { return m_model.accessibilitySummary; }
     [[nodiscard]] bool isSample() const { return m_model.isSample; }
@@ -33,6 +34,9 @@ public:
     [[nodiscard]] QString style() const { return m_controller.currentStyle().rawValue(); }
     [[nodiscard]] DiskCitySceneController* controller() { return &m_controller; }
     [[nodiscard]] const DiskCityModel& model() const { return m_model; }
+    [[nodiscard]] QVariantList agents() const;
+    // Whether the desktop has turned its animations off; false where it cannot tell.
+    [[nodiscard]] static bool systemReducesMotion(const CommandRunner& runner);
 
     // The applications' district opens the Uninstaller; every other the Sweep screen.
     Q_INVOKABLE void selectDistrict(int id);
@@ -40,6 +44,7 @@ public:
 Q_SIGNALS:
     void modelChanged();
     void styleChanged();
+    void agentsChanged();
 
 private Q_SLOTS:
     void refreshModel();
@@ -50,6 +55,7 @@ private:
     AppState& m_state;
     DiskCitySceneController m_controller;
     DiskCityModel m_model;
+    bool m_systemReducesMotion = false;
 };
 
 } // namespace kestrow

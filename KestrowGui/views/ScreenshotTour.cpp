@@ -1,11 +1,14 @@
 #include "views/ScreenshotTour.h"
 
+#include "settings/AppSettings.h"
 #include "state/AppTab.h"
+#include "views/CityView.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QImage>
 #include <QPixmap>
+#include <QQuickItem>
 #include <QWidget>
 
 namespace kestrow {
@@ -16,6 +19,11 @@ namespace {
 constexpr int pollMilliseconds = 250;
 constexpr int settleMilliseconds = 1000;
 constexpr int limitMilliseconds = 120000;
+
+// A scan is pictured while its beam turns, a Sweep while the hauler carries its first crate.
+constexpr int scanMilliseconds = 1500;
+constexpr int sweepMilliseconds = 2600;
+constexpr int stillMilliseconds = 1000;
 
 const char* const settingsTabNames[] = {"settings-general", "settings-targets", "settings-safety", "settings-agents",
                                         "settings-exclusions"};
@@ -38,7 +46,54 @@ ScreenshotTour::ScreenshotTour(QQuickWindow& window, AppState& state, QString fo
                                m_window.property("settingsView").value<QObject*>()->setProperty("selectedTab", index);
                                m_state.setShowingSettingsSheet(true);
                            }});
+    addCitySteps();
     m_poll.setInterval(pollMilliseconds);
+}
+
+void ScreenshotTour::addCitySteps()
+{
+    auto* city = qobject_cast<CityView*>(m_window.property("cityView").value<QObject*>());
+    if (!city)
+        return;
+    DiskCitySceneController* controller = city->controller();
+    const QString storedStyle = m_state.settings().dioramaStyleRaw();
+    const auto play = [this, city, controller](bool scanning, bool cleaning, bool cleaned) {
+        DiskCityModel model = city->model();
+        model.isScanning = model.isDiskScanning = scanning;
+        model.isCleaning = cleaning;
+        model.hasCleaned = cleaned;
+        controller->update(model);
+        m_stepClock.start();
+    };
+    const auto after = [this](int milliseconds) {
+        return [this, milliseconds] { return m_stepClock.elapsed() >= milliseconds; };
+    };
+    for (const DioramaStyle style : DioramaStyle::allCases()) {
+        const QString prefix = QStringLiteral("city-") + style.rawValue() + QLatin1Char('-');
+        const bool acts = style == DioramaStyle::classicCity;
+        m_steps.push_back({prefix + QStringLiteral("idle"),
+                           [this, play, style] {
+                               m_state.setShowingSettingsSheet(false);
+                               m_state.setSelectedTab(AppTab::pulse);
+                               m_state.settings().setDioramaStyle(style);
+                               play(false, false, false);
+                           },
+                           [controller, after] { return !controller->reportedBusy() && after(stillMilliseconds)(); }});
+        m_steps.push_back(
+            {prefix + QStringLiteral("scanning"), [play] { play(true, false, false); }, after(scanMilliseconds)});
+        m_steps.push_back(
+            {prefix + QStringLiteral("sweeping"), [play] { play(false, true, false); }, after(sweepMilliseconds)});
+        m_steps.push_back({prefix + QStringLiteral("victory"), [play] { play(false, false, true); },
+                           [controller, after, acts] {
+                               return acts ? controller->isCelebrating() && after(stillMilliseconds)()
+                                           : after(stillMilliseconds)();
+                           }});
+    }
+    // The stage goes back to the application's own model and style.
+    m_steps.push_back({QString(), [this, city, controller, storedStyle] {
+                           m_state.settings().setDioramaStyleRaw(storedStyle);
+                           controller->update(city->model());
+                       }});
 }
 
 void ScreenshotTour::start()
@@ -60,7 +115,30 @@ void ScreenshotTour::next()
     }
     const Step& step = m_steps[m_index++];
     step.prepare();
-    saveWhenSettled(step.name);
+    if (step.name.isEmpty())
+        next();
+    else if (step.stageReady)
+        saveStageWhenReady(step.name, step.stageReady);
+    else
+        saveWhenSettled(step.name);
+}
+
+void ScreenshotTour::saveStageWhenReady(const QString& name, const std::function<bool()>& ready)
+{
+    m_waited = 0;
+    m_poll.disconnect(this);
+    connect(&m_poll, &QTimer::timeout, this, [this, name, ready] {
+        m_waited += pollMilliseconds;
+        if (!ready() && m_waited < limitMilliseconds)
+            return;
+        m_poll.stop();
+        QImage picture = m_window.grabWindow();
+        if (const auto* stage = m_window.findChild<QQuickItem*>(QStringLiteral("cityStage")))
+            picture = picture.copy(stage->mapRectToScene(QRectF(0, 0, stage->width(), stage->height())).toRect());
+        picture.save(m_folder + QLatin1Char('/') + m_prefix + QLatin1Char('-') + name + QStringLiteral(".png"));
+        next();
+    });
+    m_poll.start();
 }
 
 void ScreenshotTour::saveWhenSettled(const QString& name)

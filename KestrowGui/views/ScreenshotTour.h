@@ -2,6 +2,7 @@
 
 #include "state/AppState.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QQuickWindow>
 #include <QString>
@@ -15,7 +16,8 @@ class QWidget;
 namespace kestrow {
 
 // Walks the window through every screen and Settings tab once the launch's work is done,
-// saving a picture of each into a folder, then quits. For the documentation's pictures.
+// saving a picture of each into a folder, then quits; last, the city stage alone in each style
+// playing an idle moment, a scan, a Sweep and its victory. For the documentation's pictures.
 class ScreenshotTour : public QObject {
     Q_OBJECT
 
@@ -30,10 +32,14 @@ private:
     struct Step {
         QString name;
         std::function<void()> prepare;
+        // Where given, the picture is taken once this holds, and of the city stage only.
+        std::function<bool()> stageReady = {};
     };
 
+    void addCitySteps();
     void next();
     void saveWhenSettled(const QString& name);
+    void saveStageWhenReady(const QString& name, const std::function<bool()>& ready);
 
     QQuickWindow& m_window;
     AppState& m_state;
@@ -44,6 +50,7 @@ private:
     std::size_t m_index = 0;
     QTimer m_poll;
     int m_waited = 0;
+    QElapsedTimer m_stepClock;
 };
 
 } // namespace kestrow

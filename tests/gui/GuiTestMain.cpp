@@ -1,5 +1,7 @@
 #include <QQmlEngine>
+#include <QSurfaceFormat>
 #include <QtQml/qqmlextensionplugin.h>
+#include <QtQuick3D/qquick3d.h>
 #include <QtQuickTest>
 
 Q_IMPORT_QML_PLUGIN(Kestrow_GuiPlugin)
@@ -9,6 +11,7 @@ class GuiTestSetup : public QObject {
     Q_OBJECT
 
 public Q_SLOTS:
+    void applicationAvailable() { QSurfaceFormat::setDefaultFormat(QQuick3D::idealSurfaceFormat()); }
     void qmlEngineAvailable(QQmlEngine* engine) { engine->addImportPath(QStringLiteral("qrc:/")); }
 };
 

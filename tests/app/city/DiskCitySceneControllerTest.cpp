@@ -228,15 +228,20 @@ TEST(DiskCitySceneController, OtherStylesNeverHoldTheApplicationBack)
     Stage stage;
     auto& city = stage.controller;
     QSignalSpy busy(&city, &DiskCitySceneController::activityChanged);
+    QSignalSpy modelFlags(&city, &DiskCitySceneController::modelFlagsChanged);
     city.update({.isScanning = true});
     stage.playUntil(0.1);
     city.switchDiorama(DioramaStyle::freightTerminal);
     stage.playUntil(0.2);
     city.update({.isScanning = true, .isCleaning = true});
+    city.update({.isScanning = true, .isCleaning = true});
     EXPECT_TRUE(city.sweepActive());
     EXPECT_FALSE(city.isPlayingTask());
     stage.playUntil(1);
     EXPECT_EQ(flags(busy), (std::vector<bool>{true, false}));
+    // Such a style shows the model's flags as they are, each change once.
+    EXPECT_TRUE(city.isScanning() && city.isCleaning() && !city.hasCleaned());
+    EXPECT_EQ(modelFlags.count(), 2);
 }
 
 TEST(DiskCitySceneController, ModesChangeOnlyAlongTheirTransitions)
