@@ -114,7 +114,8 @@ int main(int argc, char** argv)
     QQuickStyle::setStyle(QStringLiteral("Basic"));
     const LaunchOptions options = parseOptions(application);
 
-    AppState state(true, AppEnvironment{.homeURL = options.home, .confirmation = std::make_shared<MessageBoxConfirmation>()});
+    AppState state(true,
+                   AppEnvironment{.homeURL = options.home, .confirmation = std::make_shared<MessageBoxConfirmation>()});
     TuneUpModel tuneUp(state);
     PulseView pulse(state);
     SweepView sweep(state);

@@ -32,8 +32,8 @@ TrayCompanion::TrayCompanion(AppState& state, QObject* parent)
     });
 
     m_menu.addSection(CompanionScreen::title());
-    QAction* refresh = m_menu.addAction(icon(QStringLiteral("arrow.clockwise")),
-                                        CompanionScreen::refreshAccessibilityText());
+    QAction* refresh =
+        m_menu.addAction(icon(QStringLiteral("arrow.clockwise")), CompanionScreen::refreshAccessibilityText());
     connect(refresh, &QAction::triggered, &m_state, &AppState::refreshVitals);
     QAction* settings = m_menu.addAction(icon(QStringLiteral("gearshape")), QStringLiteral("Settings..."));
     settings->setToolTip(CompanionScreen::settingsAccessibilityText());

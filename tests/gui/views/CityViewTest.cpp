@@ -22,8 +22,9 @@ TEST(CityView, ChipsFollowTheStateAndOpenTheirDistricts)
     ASSERT_EQ(chips.size(), static_cast<qsizetype>(harness.state->cityModel().chips.size()));
     for (const QVariant& chip : chips) {
         const QVariantMap map = chip.toMap();
-        EXPECT_TRUE(QStringList({QStringLiteral("accentOrange"), QStringLiteral("safeTeal"), QStringLiteral("askAmber")})
-                        .contains(map.value(QStringLiteral("tintName")).toString()));
+        EXPECT_TRUE(
+            QStringList({QStringLiteral("accentOrange"), QStringLiteral("safeTeal"), QStringLiteral("askAmber")})
+                .contains(map.value(QStringLiteral("tintName")).toString()));
         EXPECT_GE(map.value(QStringLiteral("x")).toDouble(), 0.0);
         EXPECT_LE(map.value(QStringLiteral("y")).toDouble(), 1.0);
     }

@@ -68,8 +68,12 @@ TEST(SettingsView, ControlsWriteTheSettingsAndTheTabsShowThem)
     EXPECT_EQ(cargo.value(QStringLiteral("tag")).toString(), QStringLiteral("RUST"));
     fixture.view.setFlag(cargo.value(QStringLiteral("flag")).toInt(), false);
     EXPECT_FALSE(fixture.harness.settings.targetCargo());
-    EXPECT_FALSE(fixture.view.developer().value(QStringLiteral("switches")).toList()[5].toMap().value(
-        QStringLiteral("isOn")).toBool());
+    EXPECT_FALSE(fixture.view.developer()
+                     .value(QStringLiteral("switches"))
+                     .toList()[5]
+                     .toMap()
+                     .value(QStringLiteral("isOn"))
+                     .toBool());
     fixture.view.setFlag(-1, false);
     fixture.view.setFlag(static_cast<int>(AppSettings::flagCount), false);
 
@@ -110,11 +114,13 @@ TEST(SettingsView, CopyRevealAndVerifyActOnThisHome)
     EXPECT_EQ(fixture.revealed, AuditLogger::defaultLogFile(fixture.harness.home.path()));
 
     fixture.view.verifyAudit();
-    test::pumpUntil([&] { return fixture.view.safety().value(QStringLiteral("verdict")).toMap().value(
-                                     QStringLiteral("present")).toBool(); });
+    test::pumpUntil([&] {
+        return fixture.view.safety().value(QStringLiteral("verdict")).toMap().value(QStringLiteral("present")).toBool();
+    });
     const QVariantMap verdict = fixture.view.safety().value(QStringLiteral("verdict")).toMap();
     EXPECT_TRUE(verdict.value(QStringLiteral("passed")).toBool());
-    EXPECT_TRUE(verdict.value(QStringLiteral("message")).toString().startsWith(QLatin1String("Valid SHA-256 chain: 0")));
+    EXPECT_TRUE(
+        verdict.value(QStringLiteral("message")).toString().startsWith(QLatin1String("Valid SHA-256 chain: 0")));
 
     fixture.harness.state->setShowingSettingsSheet(true);
     fixture.view.done();
