@@ -162,7 +162,7 @@ Popup {
                                     required property var modelData
                                     objectName: "style_" + modelData.raw
                                     Layout.fillWidth: true
-                                    Layout.preferredHeight: 96
+                                    Layout.preferredHeight: 236
                                     radius: 10
                                     color: Theme.panel
                                     border.width: modelData.isSelected ? 2 : 1
@@ -180,7 +180,12 @@ Popup {
                                             Pill { visible: modelData.isDefault; text: "DEFAULT"; tint: Theme.safeTeal }
                                         }
                                         Text { text: modelData.description; font.pixelSize: 11; color: Theme.inkSecondary; Layout.fillWidth: true; wrapMode: Text.WordWrap }
-                                        Item { Layout.fillHeight: true }
+                                        CityPreview {
+                                            style: modelData.raw
+                                            Layout.fillWidth: true
+                                            Layout.fillHeight: true
+                                            Accessible.name: modelData.previewAccessibilityText
+                                        }
                                     }
                                     TapHandler { onTapped: sheet.view.chooseStyle(modelData.raw) }
                                 }
