@@ -48,6 +48,40 @@ TEST(CityView, ChipsFollowTheStateAndOpenTheirDistricts)
     EXPECT_TRUE(city.controller()->reduceMotion());
 }
 
+// Answers the desktop's animation setting as told, or cannot start at all.
+class AnimationSetting final : public CommandRunner {
+public:
+    explicit AnimationSetting(std::optional<CommandResult> answer)
+        : m_answer(std::move(answer))
+    {
+    }
+    CommandResult runWithStatus(const ChildCommand& command) const override
+    {
+        if (!m_answer)
+            throw ProcessLaunchError(command.executable, QStringLiteral("No such file or directory"));
+        return *m_answer;
+    }
+
+private:
+    std::optional<CommandResult> m_answer;
+};
+
+TEST(CityView, TheDesktopAsksForLessMotionOnlyByTurningItsAnimationsOff)
+{
+    EXPECT_TRUE(CityView::systemReducesMotion(AnimationSetting(CommandResult{.standardOutput = "false\n"})));
+    EXPECT_FALSE(CityView::systemReducesMotion(AnimationSetting(CommandResult{.standardOutput = "true\n"})));
+    EXPECT_FALSE(
+        CityView::systemReducesMotion(AnimationSetting(CommandResult{.exitStatus = 1, .standardOutput = "false\n"})));
+    EXPECT_FALSE(CityView::systemReducesMotion(AnimationSetting(std::nullopt)));
+
+    // Wanted by the desktop, less motion holds whatever the setting says.
+    test::AppHarness harness;
+    CityView city(*harness.state, AnimationSetting(CommandResult{.standardOutput = "false\n"}));
+    EXPECT_TRUE(city.controller()->reduceMotion());
+    harness.settings.setReduceDioramaMotion(false);
+    EXPECT_TRUE(city.controller()->reduceMotion());
+}
+
 TEST(IconTable, EverySymbolTheScreensNameHasAnIcon)
 {
     QStringList symbols;
