@@ -11,7 +11,8 @@ Rectangle {
     id: stage
     objectName: "cityStage"
     required property var view
-    property bool shadows: true
+    // The sun casts shadows unless the window draws on the processor, where they halve the frames.
+    property bool shadows: !view.softwareRendering
     readonly property alias viewport: viewport
     readonly property alias scene: scene
     readonly property alias frame: frame

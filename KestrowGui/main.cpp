@@ -6,6 +6,7 @@
 #include "views/FileReveal.h"
 #include "views/MessageBoxConfirmation.h"
 #include "views/PulseView.h"
+#include "views/RendererProbe.h"
 #include "views/ScreenshotTour.h"
 #include "views/SettingsView.h"
 #include "views/SweepView.h"
@@ -149,6 +150,9 @@ int main(int argc, char** argv)
         return 1;
     auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
     centerer.registerMainWindow(window);
+    RendererProbe renderer(*window);
+    QObject::connect(&renderer, &RendererProbe::softwareRendererFound, &city,
+                     [&city] { city.setSoftwareRendering(true); });
     QObject::connect(&tray, &TrayCompanion::centerRequested, &centerer, [&centerer] { centerer.centerActiveWindow(); });
     QObject::connect(&tray, &TrayCompanion::raiseRequested, window, [window] {
         window->show();

@@ -67,6 +67,14 @@ void CityView::refreshModel()
     Q_EMIT modelChanged();
 }
 
+void CityView::setSoftwareRendering(bool software)
+{
+    if (software == m_softwareRendering)
+        return;
+    m_softwareRendering = software;
+    Q_EMIT softwareRenderingChanged();
+}
+
 void CityView::refreshSettings()
 {
     const AppSettings& settings = m_state.settings();

@@ -22,6 +22,7 @@ class CityView : public QObject {
     Q_PROPERTY(QString style READ style NOTIFY styleChanged)
     Q_PROPERTY(kestrow::DiskCitySceneController* controller READ controller CONSTANT)
     Q_PROPERTY(QVariantList agents READ agents NOTIFY agentsChanged)
+    Q_PROPERTY(bool softwareRendering READ softwareRendering NOTIFY softwareRenderingChanged)
 
 public:
     // `runner` asks the desktop whether it wants less motion, once.
@@ -35,6 +36,9 @@ public:
     [[nodiscard]] DiskCitySceneController* controller() { return &m_controller; }
     [[nodiscard]] const DiskCityModel& model() const { return m_model; }
     [[nodiscard]] QVariantList agents() const;
+    // The window draws on the processor: the stage leaves its shadows out to stay fluid.
+    [[nodiscard]] bool softwareRendering() const { return m_softwareRendering; }
+    void setSoftwareRendering(bool software);
     // Whether the desktop has turned its animations off; false where it cannot tell.
     [[nodiscard]] static bool systemReducesMotion(const CommandRunner& runner);
 
@@ -45,6 +49,7 @@ Q_SIGNALS:
     void modelChanged();
     void styleChanged();
     void agentsChanged();
+    void softwareRenderingChanged();
 
 private Q_SLOTS:
     void refreshModel();
@@ -56,6 +61,7 @@ private:
     DiskCitySceneController m_controller;
     DiskCityModel m_model;
     bool m_systemReducesMotion = false;
+    bool m_softwareRendering = false;
 };
 
 } // namespace kestrow
