@@ -49,7 +49,7 @@ Popup {
             }
             Text { visible: model.detail !== ""; text: model.detail; font.pixelSize: 11; color: Theme.inkSecondary; Layout.fillWidth: true; wrapMode: Text.WordWrap }
         }
-        Switch {
+        KSwitch {
             objectName: "switch" + model.flag
             checked: model.isOn
             Accessible.name: model.label

@@ -128,7 +128,7 @@ ScrollView {
                         text: impactText
                         tint: impactText === "HIGH" ? Theme.dangerRed : impactText === "MEDIUM" ? Theme.askAmber : Theme.safeTeal
                     }
-                    Switch {
+                    KSwitch {
                         objectName: "switch" + index
                         checked: switchOn
                         Accessible.name: name
