@@ -141,9 +141,8 @@ ScrollView {
             Panel {
                 objectName: "vitalsPanel"
                 title: "Live read"
-                Layout.preferredWidth: 1
-                Layout.minimumWidth: 330
-                Layout.fillWidth: true
+                // A third of the row; the rows ready to sweep take the rest.
+                Layout.preferredWidth: Math.max(330, (parent.width - parent.spacing) / 3)
                 Layout.alignment: Qt.AlignTop
                 MeterRow { label: "CPU"; meter: screen.view.cpuMeter }
                 MeterRow { label: "MEMORY"; meter: screen.view.memoryMeter }
@@ -158,7 +157,7 @@ ScrollView {
             Panel {
                 objectName: "sweepRowsPanel"
                 title: "Ready to sweep"
-                Layout.preferredWidth: 2
+                Layout.preferredWidth: 0
                 Layout.fillWidth: true
                 Layout.alignment: Qt.AlignTop
                 Text {

@@ -99,6 +99,11 @@ Item {
             fake.sweepGroups.append({ name: "Developer Caches", hint: "pip, yarn", pillText: "Safe to sweep", pillColor: "safeTeal", sizeText: "1.5 GB" })
             waitForRendering(screen)
             verify(!findChild(screen, "fdaBanner").visible)
+            // The rows ready to sweep take the wider part of their row, beside the live read.
+            const vitals = findChild(screen, "vitalsPanel")
+            const rows = findChild(screen, "sweepRowsPanel")
+            verify(rows.width > vitals.width, "the rows are " + rows.width + " wide, the live read " + vitals.width)
+            verify(vitals.width >= 330)
             mouseClick(findChild(screen, "runSweepButton"))
             compare(fake.calls, ["clean"])
             fake.hasFullDiskAccess = false
