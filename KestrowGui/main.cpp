@@ -171,8 +171,8 @@ int main(int argc, char** argv)
             Qt::SingleShotConnection);
     std::unique_ptr<ScreenshotTour> tour;
     if (!options.screenshots.isEmpty()) {
-        tour = std::make_unique<ScreenshotTour>(*window, state, options.screenshots, options.screenshotPrefix,
-                                                &tray.menu());
+        tour = std::make_unique<ScreenshotTour>(*window, state, settingsView, city, options.screenshots,
+                                                options.screenshotPrefix, &tray.menu());
         tour->start();
     }
     return QApplication::exec();

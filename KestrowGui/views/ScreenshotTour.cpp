@@ -30,20 +30,22 @@ const char* const settingsTabNames[] = {"settings-general", "settings-targets", 
 
 } // namespace
 
-ScreenshotTour::ScreenshotTour(QQuickWindow& window, AppState& state, QString folder, QString prefix, QWidget* trayMenu,
-                               QObject* parent)
+ScreenshotTour::ScreenshotTour(QQuickWindow& window, AppState& state, SettingsView& settings, CityView& city,
+                               QString folder, QString prefix, QWidget* trayMenu, QObject* parent)
     : QObject(parent)
     , m_window(window)
     , m_state(state)
+    , m_settings(settings)
+    , m_city(city)
     , m_folder(std::move(folder))
     , m_prefix(std::move(prefix))
     , m_trayMenu(trayMenu)
 {
     for (const AppTab tab : AppTab::allCases())
         m_steps.push_back({tab.rawValue().toLower(), [this, tab] { m_state.setSelectedTab(tab); }});
-    for (int index = 0; index < 5; ++index)
+    for (int index = 0; index < static_cast<int>(std::size(settingsTabNames)); ++index)
         m_steps.push_back({QLatin1String(settingsTabNames[index]), [this, index] {
-                               m_window.property("settingsView").value<QObject*>()->setProperty("selectedTab", index);
+                               m_settings.setSelectedTab(index);
                                m_state.setShowingSettingsSheet(true);
                            }});
     addCitySteps();
@@ -52,9 +54,7 @@ ScreenshotTour::ScreenshotTour(QQuickWindow& window, AppState& state, QString fo
 
 void ScreenshotTour::addCitySteps()
 {
-    auto* city = qobject_cast<CityView*>(m_window.property("cityView").value<QObject*>());
-    if (!city)
-        return;
+    CityView* city = &m_city;
     DiskCitySceneController* controller = city->controller();
     const QString storedStyle = m_state.settings().dioramaStyleRaw();
     const auto play = [this, city, controller](bool scanning, bool cleaning, bool cleaned) {
@@ -118,42 +118,32 @@ void ScreenshotTour::next()
     if (step.name.isEmpty())
         next();
     else if (step.stageReady)
-        saveStageWhenReady(step.name, step.stageReady);
+        saveWhen(step.name, step.stageReady, true);
     else
-        saveWhenSettled(step.name);
+        saveWhen(step.name, settled(), false);
 }
 
-void ScreenshotTour::saveStageWhenReady(const QString& name, const std::function<bool()>& ready)
+std::function<bool()> ScreenshotTour::settled() const
+{
+    return [this, quiet = 0]() mutable {
+        quiet = m_state.isIdle() && !m_state.isBusy() ? quiet + pollMilliseconds : 0;
+        return quiet >= settleMilliseconds;
+    };
+}
+
+void ScreenshotTour::saveWhen(const QString& name, std::function<bool()> ready, bool stageOnly)
 {
     m_waited = 0;
     m_poll.disconnect(this);
-    connect(&m_poll, &QTimer::timeout, this, [this, name, ready] {
+    connect(&m_poll, &QTimer::timeout, this, [this, name, ready = std::move(ready), stageOnly]() mutable {
         m_waited += pollMilliseconds;
         if (!ready() && m_waited < limitMilliseconds)
             return;
         m_poll.stop();
         QImage picture = m_window.grabWindow();
-        if (const auto* stage = m_window.findChild<QQuickItem*>(QStringLiteral("cityStage")))
+        if (const auto* stage = m_window.findChild<QQuickItem*>(QStringLiteral("cityStage")); stage && stageOnly)
             picture = picture.copy(stage->mapRectToScene(QRectF(0, 0, stage->width(), stage->height())).toRect());
         picture.save(m_folder + QLatin1Char('/') + m_prefix + QLatin1Char('-') + name + QStringLiteral(".png"));
-        next();
-    });
-    m_poll.start();
-}
-
-void ScreenshotTour::saveWhenSettled(const QString& name)
-{
-    m_waited = 0;
-    int quiet = 0;
-    m_poll.disconnect(this);
-    connect(&m_poll, &QTimer::timeout, this, [this, name, quiet]() mutable {
-        m_waited += pollMilliseconds;
-        quiet = m_state.isIdle() && !m_state.isBusy() ? quiet + pollMilliseconds : 0;
-        if (quiet < settleMilliseconds && m_waited < limitMilliseconds)
-            return;
-        m_poll.stop();
-        m_window.grabWindow().save(m_folder + QLatin1Char('/') + m_prefix + QLatin1Char('-') + name +
-                                   QStringLiteral(".png"));
         next();
     });
     m_poll.start();

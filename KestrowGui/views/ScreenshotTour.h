@@ -1,6 +1,8 @@
 #pragma once
 
 #include "state/AppState.h"
+#include "views/CityView.h"
+#include "views/SettingsView.h"
 
 #include <QElapsedTimer>
 #include <QObject>
@@ -23,8 +25,8 @@ class ScreenshotTour : public QObject {
 
 public:
     // `prefix` starts every file name; `trayMenu` is pictured too where given.
-    ScreenshotTour(QQuickWindow& window, AppState& state, QString folder, QString prefix, QWidget* trayMenu,
-                   QObject* parent = nullptr);
+    ScreenshotTour(QQuickWindow& window, AppState& state, SettingsView& settings, CityView& city, QString folder,
+                   QString prefix, QWidget* trayMenu, QObject* parent = nullptr);
 
     void start();
 
@@ -38,11 +40,15 @@ private:
 
     void addCitySteps();
     void next();
-    void saveWhenSettled(const QString& name);
-    void saveStageWhenReady(const QString& name, const std::function<bool()>& ready);
+    // Once the state has been idle a moment.
+    [[nodiscard]] std::function<bool()> settled() const;
+    // Pictures the window, or its city stage alone, once `ready` holds or the limit has passed.
+    void saveWhen(const QString& name, std::function<bool()> ready, bool stageOnly);
 
     QQuickWindow& m_window;
     AppState& m_state;
+    SettingsView& m_settings;
+    CityView& m_city;
     QString m_folder;
     QString m_prefix;
     QWidget* m_trayMenu;
